@@ -1,0 +1,104 @@
+#pragma once
+
+#include "Hid.h"
+#include "PedalSetting.h"
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <string_view>
+
+/// The request and reply protocol of the unit's vendor interface: one 16-byte output report from
+/// the host, answered by one 16-byte input report. Byte 0 of a request is its command code. A
+/// reply is told by its arrival alone; its fields stand at fixed positions and its bytes 0 and 1
+/// are not looked at.
+namespace kavelo {
+
+constexpr hid::Matching KaveloMatching{
+    .vendorId = 0x1209, .productId = 0x0001, .usagePage = 0xFF00};
+
+// Command codes, each with its display name. Request and reply bytes that are not named below are
+// left as they were and not read.
+
+/// Reply: byte 2 major, byte 3 minor, byte 4 revision.
+constexpr std::uint8_t GET_VERSION_NUMBER = 0x90;
+constexpr std::string_view GET_VERSION_NUMBER_CHAR = "[Get Version Number] Command";
+/// Reply: byte 2 number of pedals.
+constexpr std::uint8_t GET_NUMBER_OF_PEDALS = 0x91;
+constexpr std::string_view GET_NUMBER_OF_PEDALS_CHAR = "[Get Number of Pedals] Command";
+/// Request: bytes 1 to 4 the four timing parameters below.
+constexpr std::uint8_t SET_PARAMETERS = 0x92;
+constexpr std::string_view SET_PARAMETERS_CHAR = "[Set Parameters] Command";
+/// Never sent by the utility.
+constexpr std::uint8_t SET_KEYBOARD_MOUSE_ABILITY = 0x93;
+constexpr std::string_view SET_KEYBOARD_MOUSE_ABILITY_CHAR =
+    "[Set Keyboard Mouse Ability] Command";
+/// Request: byte 1 pedal index, byte 2 output mode, bytes 3 to 15 the common record.
+constexpr std::uint8_t SET_OUTPUT_MODE_AND_DATA = 0x94;
+constexpr std::string_view SET_OUTPUT_MODE_AND_DATA_CHAR = "[Set Output Mode and Data] Command";
+/// Request: byte 1 pedal index. Reply: byte 2 output mode, bytes 3 to 15 the common record.
+constexpr std::uint8_t GET_OUTPUT_MODE_AND_DATA = 0x95;
+constexpr std::string_view GET_OUTPUT_MODE_AND_DATA_CHAR = "[Get Output Mode and Data] Command";
+/// Never sent by the utility.
+constexpr std::uint8_t GET_PEDAL_STATE = 0x96;
+constexpr std::string_view GET_PEDAL_STATE_CHAR = "[Get Pedal State] Command";
+/// Never sent by the utility.
+constexpr std::uint8_t SET_ADDITIONAL_DATA = 0x97;
+constexpr std::string_view SET_ADDITIONAL_DATA_CHAR = "[Set Additional Data] Command";
+/// Request: byte 1 pedal index, byte 2 piece 0 to 4. Reply: from byte 2 on the piece's bytes of
+/// the additional block, 13 of them, 11 in piece 4.
+constexpr std::uint8_t GET_ADDITIONAL_DATA = 0x98;
+constexpr std::string_view GET_ADDITIONAL_DATA_CHAR = "[Get Additional Data] Command";
+/// Never sent by the utility.
+constexpr std::uint8_t SET_NUMBER_OF_PEDALS = 0x99;
+constexpr std::string_view SET_NUMBER_OF_PEDALS_CHAR = "[Set Number of Pedals] Command";
+
+/// The display name of a command code; empty for a byte that is no command.
+[[nodiscard]] std::string_view commandName(std::uint8_t command);
+
+/// Additional data bytes carried by one reply.
+constexpr std::int32_t ADDITIONAL_DATA_ONE_TIME = 13;
+
+// Timing parameters sent with SET_PARAMETERS, one byte each, in the firmware's own units.
+constexpr std::int32_t CHATTERING_SETTLING_TIME = 25;
+constexpr std::int32_t MODIFIER_PRECEDING_TIME = 20;
+constexpr std::int32_t DOUBLE_CLICK_ON_TIME = 15;
+constexpr std::int32_t DOUBLE_CLICK_OFF_TIME = 15;
+
+// Second argument of a command exchange: whether its failure is told the user.
+constexpr bool MESSAGE_ON = true;
+constexpr bool MESSAGE_OFF = false;
+
+// Timing of an exchange and of the periodic work around it.
+constexpr std::chrono::milliseconds TickPeriod{100}; ///< of the three repeating timers
+constexpr std::chrono::milliseconds WaitSlice{500};  ///< longest single run of the event loop
+constexpr int TimeoutTicks = 30;                     ///< ticks that a reply is waited for
+
+/// The request, filled by whoever sends a command and never cleared between commands: a byte that
+/// a command does not use still holds what an earlier request put there.
+inline hid::Report OutputPacketBuffer{};
+/// The last reply. Incoming reports are written straight into it.
+inline hid::Report InputPacketBuffer{};
+
+// The unit's firmware version and pedal count as last read. Set by the main window's update loop;
+// the pedal count is also read by the restore and by the Standard dialog's heading.
+inline std::uint8_t VersionNumberMajor = 0;
+inline std::uint8_t VersionNumberMinor = 0;
+inline std::uint8_t VersionNumberRevision = 0;
+inline int NumberOfPedals = 0;
+
+/// Piece number of the one-way additional data request. Nothing changes it.
+inline int DataNo = 0;
+
+/// First firmware major version that this program does not understand.
+constexpr std::uint8_t FirstUnsupportedMajor = 3;
+
+// Requests that several senders build. Each writes OutputPacketBuffer from byte 1 on; byte 0 is
+// the device link's.
+
+/// SET_OUTPUT_MODE_AND_DATA of one pedal, 0 to 4, from its row of the setting arrays.
+void fillSetOutputModeAndData(int pedal);
+/// SET_PARAMETERS with the program's timing parameters.
+void fillSetParameters();
+
+} // namespace kavelo

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+/// The unit's settings as the program holds them: for every pedal an output mode, a common record
+/// of 13 bytes and a block of 63 bytes that only the multiple simultaneous key output uses.
+namespace kavelo {
+
+constexpr std::int32_t NUMBER_OF_COMMON_DATA = 13;     ///< bytes of one common record
+constexpr std::int32_t ADDITIONAL_DATA_ONE_PEDAL = 63; ///< bytes of one additional block
+constexpr std::int32_t NUMBER_OF_PSKO_OUTPUT = 10;     ///< most outputs of one mode 9 setting
+constexpr int MaxPedals = 5;                           ///< rows of every setting array
+
+// Output mode codes.
+constexpr std::uint8_t SIMPLE_KEY_OUTPUT = 0;              ///< one key with modifiers
+constexpr std::uint8_t SIMPLE_CLICK = 1;                   ///< a click of one or more buttons
+constexpr std::uint8_t SIMPLE_DOUBLE_CLICK = 2;            ///< a double click
+constexpr std::uint8_t MODIFIER_PLUS_CLICK = 3;            ///< modifiers held with a click
+constexpr std::uint8_t MODIFIER_PLUS_DOUBLE_CLICK = 4;     ///< modifiers held with a double click
+constexpr std::uint8_t CONTINUOUS_KEY_OUTPUT = 5;          ///< a repeated key
+constexpr std::uint8_t POINTER_MOVE = 6;                   ///< pointer movement
+constexpr std::uint8_t WHEEL_ROTATION = 7;                 ///< wheel rotation
+constexpr std::uint8_t CONTINUOUS_CLICK = 8;               ///< a repeated click
+constexpr std::uint8_t PLURAL_SIMULTANEOUS_KEY_OUTPUT = 9; ///< up to 10 key chords in sequence
+constexpr std::uint8_t OUTPUT_AT_CHANGE = 10;              ///< outputs on depress and on release
+
+using CommonRecord = std::array<std::uint8_t, NUMBER_OF_COMMON_DATA>;
+using AdditionalBlock = std::array<std::uint8_t, ADDITIONAL_DATA_ONE_PEDAL>;
+
+// Set when the main window reads the unit or restores it and when a dialog builds a new record;
+// read by the description text, the dialogs and whoever sends a record.
+inline std::array<std::uint8_t, MaxPedals> OutputMode{};
+inline std::array<CommonRecord, MaxPedals> CommonData{};
+inline std::array<AdditionalBlock, MaxPedals> AdditionalData{};
+
+/// The pedal being read, shown or edited, 0 to 4. Set by the main window; every operation on a row
+/// of the arrays works on this row.
+inline int SelectedPedalNo = 0;
+
+/// One output of a mode 9 setting: a modifier byte and six key usage IDs (0 = no key there).
+constexpr std::size_t PskoOutputSize = 7;
+
+/// Stores `value16`, 0 to 65535, into the selected pedal's common record: the high byte at `i`
+/// (0 to 11), the low byte behind it.
+void IntoTwoCommonData(int value16, int i);
+
+/// The 16-bit value whose high byte is byte `i` (0 to 11) of the selected pedal's common record.
+[[nodiscard]] std::uint16_t IntoValue16(int i);
+
+} // namespace kavelo

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace kavelo {
+
+/// Shows one modal notice with an "OK" button on the Return key and waits until it is closed.
+/// Logs how it was closed on standard output.
+void alertBox(const QString &Message);
+
+enum class Answer {
+    Ok,     ///< the "OK" button, or Escape
+    Cancel, ///< the "Cancel" button, or Return
+    None    ///< neither button: the box was closed by its frame, or taken down with its parent
+};
+
+/// Asks a question with the buttons "OK" (key Escape) and "Cancel" (key Return) and waits for the
+/// answer. Logs "others:" and the response code for an answer that is neither button.
+/// The box belongs to `parent` and goes away with it; the event loop keeps running meanwhile, so
+/// `parent` may be gone when this returns.
+[[nodiscard]] Answer askQuestion(const QString &message, QWidget *parent);
+
+/// Takes down the open questions of `parent`; each is then answered None.
+void dismissQuestions(QWidget *parent);
+
+/// Writes one line to standard output at once.
+void logLine(const QString &line);
+
+} // namespace kavelo
