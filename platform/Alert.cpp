@@ -3,39 +3,55 @@
 #include "ScreenText.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QMessageBox>
 #include <QPointer>
-#include <QPushButton>
 
 #include <cstdio>
-#include <memory>
 
 namespace kavelo {
 namespace {
 
-constexpr auto QuestionName = "question";
-
-/// Runs a box that may be deleted together with its parent while it is open. `box` is null
-/// afterwards when that happened.
-int runBox(const QPointer<QMessageBox> &box)
+/// A message box whose window frame answers no button. QMessageBox itself takes closing the frame
+/// for its Escape button, and in a question that button is "OK".
+class Box : public QMessageBox
 {
-    const int response = box->exec();
-    if (box) {
-        box->deleteLater();
+    Q_OBJECT
+
+public:
+    Box(const QString &title, const QString &message, QWidget *parent)
+        : QMessageBox(QMessageBox::Information, QString(), title, QMessageBox::NoButton, parent)
+    {
+        setInformativeText(toScreenText(message));
     }
-    return response;
-}
 
-QMessageBox *createBox(const QString &title, const QString &message, QWidget *parent)
+    /// Shows the box until it is closed or goes away with its parent; returns the button's code,
+    /// or NoButton. The box deletes itself.
+    int run()
+    {
+        const QPointer<Box> self = this;
+        const int response = exec();
+        if (self) {
+            deleteLater();
+        }
+        return response;
+    }
+
+protected:
+    void closeEvent(QCloseEvent *event) override
+    {
+        event->accept();
+        done(NoButton);
+    }
+};
+
+class QuestionBox : public Box
 {
-    // Closing the box's parent must never delete a box twice: it always lives on the heap and is
-    // deleted by its parent or, when it was closed by the user, by the event loop.
-    auto *box = new QMessageBox(parent);
-    box->setIcon(QMessageBox::Information);
-    box->setText(title);
-    box->setInformativeText(toScreenText(message));
-    return box;
-}
+    Q_OBJECT
+
+public:
+    using Box::Box;
+};
 
 } // namespace
 
@@ -47,22 +63,20 @@ void logLine(const QString &line)
 
 void alertBox(const QString &Message)
 {
-    const QPointer<QMessageBox> box = createBox({}, Message, QApplication::activeWindow());
+    auto *box = new Box({}, Message, QApplication::activeWindow());
     box->setStandardButtons(QMessageBox::Ok);
-    const int response = runBox(box);
+    const int response = box->run();
     logLine(response == QMessageBox::Ok ? QStringLiteral("alert_OK_pushed")
                                         : QStringLiteral("others:%1").arg(response));
 }
 
 Answer askQuestion(const QString &message, QWidget *parent)
 {
-    const QPointer<QMessageBox> box = createBox(QStringLiteral("Marvode Kavelo"), message, parent);
-    box->setObjectName(QLatin1String(QuestionName));
+    auto *box = new QuestionBox(QStringLiteral("Marvode Kavelo"), message, parent);
     box->setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
     box->setDefaultButton(QMessageBox::Cancel);
     box->setEscapeButton(QMessageBox::Ok);
-    const int response = runBox(box);
-    switch (response) {
+    switch (const int response = box->run()) {
     case QMessageBox::Ok:
         return Answer::Ok;
     case QMessageBox::Cancel:
@@ -75,10 +89,11 @@ Answer askQuestion(const QString &message, QWidget *parent)
 
 void dismissQuestions(QWidget *parent)
 {
-    const auto boxes = parent->findChildren<QMessageBox *>(QLatin1String(QuestionName));
-    for (QMessageBox *box : boxes) {
+    for (QuestionBox *box : parent->findChildren<QuestionBox *>()) {
         box->done(QMessageBox::NoButton);
     }
 }
 
 } // namespace kavelo
+
+#include "Alert.moc"
