@@ -31,8 +31,7 @@ constexpr std::uint8_t SET_PARAMETERS = 0x92;
 constexpr std::string_view SET_PARAMETERS_CHAR = "[Set Parameters] Command";
 /// Never sent by the utility.
 constexpr std::uint8_t SET_KEYBOARD_MOUSE_ABILITY = 0x93;
-constexpr std::string_view SET_KEYBOARD_MOUSE_ABILITY_CHAR =
-    "[Set Keyboard Mouse Ability] Command";
+constexpr std::string_view SET_KEYBOARD_MOUSE_ABILITY_CHAR = "[Set Keyboard Mouse Ability] Command";
 /// Request: byte 1 pedal index, byte 2 output mode, bytes 3 to 15 the common record.
 constexpr std::uint8_t SET_OUTPUT_MODE_AND_DATA = 0x94;
 constexpr std::string_view SET_OUTPUT_MODE_AND_DATA_CHAR = "[Set Output Mode and Data] Command";

@@ -20,8 +20,8 @@ void IntoTwoCommonData(int value16, int i)
 std::uint16_t IntoValue16(int i)
 {
     const auto high = static_cast<std::size_t>(i);
-    return static_cast<std::uint16_t>((selectedRecord().at(high) << 8)
-                                      + selectedRecord().at(high + 1));
+    return static_cast<std::uint16_t>((selectedRecord().at(high) << 8) +
+                                      selectedRecord().at(high + 1));
 }
 
 } // namespace kavelo
