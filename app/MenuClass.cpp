@@ -1,0 +1,52 @@
+#include "MenuClass.h"
+
+#include "Alert.h"
+#include "MainWindowViewController.h"
+#include "Version.h"
+
+#include <QKeySequence>
+
+#include <cstdlib>
+#include <utility>
+
+namespace kavelo {
+
+MenuClass::MenuClass(MenuItems items)
+    : m_items(std::move(items))
+{
+    connect(m_items.InitialStateToolStripMenuItem, &QAction::triggered, this,
+            &MenuClass::InitialStateToolStripMenuItem_Click);
+    connect(m_items.ExitToolStripMenuItem, &QAction::triggered, this,
+            &MenuClass::ExitToolStripMenuItem_Click);
+    connect(m_items.QuickStartGuideToolStripMenuItem, &QAction::triggered, this,
+            &MenuClass::QuickStartGuideToolStripMenuItem_Click);
+    connect(m_items.VersionInformationToolStripMenuItem, &QAction::triggered, this,
+            &MenuClass::VersionInformationToolStripMenuItem_Click);
+    m_items.ExitToolStripMenuItem->setShortcuts(QKeySequence::Quit);
+}
+
+void MenuClass::InitialStateToolStripMenuItem_Click()
+{
+    InitialState = true;
+}
+
+void MenuClass::ExitToolStripMenuItem_Click()
+{
+    std::exit(0); // NOLINT(concurrency-mt-unsafe)
+}
+
+void MenuClass::QuickStartGuideToolStripMenuItem_Click()
+{
+    alertBox(QStringLiteral("You can download the Quick Start Guide from the following.\r\n"
+                            "https://www.marvode.example/kavelo/quick-start"));
+}
+
+void MenuClass::VersionInformationToolStripMenuItem_Click()
+{
+    alertBox(QStringLiteral("Mac App for Marvode Kavelo QX7\r\nVersion: %1.%2.%3")
+                 .arg(Win_Major)
+                 .arg(Win_Minor)
+                 .arg(Win_Revision));
+}
+
+} // namespace kavelo

@@ -1,0 +1,17 @@
+#include "AppDelegate.h"
+#include "MainWindowViewController.h"
+#include "MenuClass.h"
+
+#include <QApplication>
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("kavelo"));
+    kavelo::AppDelegate delegate(application);
+    kavelo::MainWindowViewController window;
+    kavelo::MenuClass menu(window.menuItems());
+    delegate.menu = &menu;
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "HID_PnP.h"
+#include "MenuItems.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <array>
+#include <memory>
+
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace kavelo {
+
+namespace Ui {
+class MainWindowViewController;
+}
+
+struct MainWindowLayout;
+struct PedalCaptions;
+
+/// A restore of the factory settings has been asked for. Set by the menu, cleared by the main
+/// window when it starts the restore.
+inline bool InitialState = false;
+/// The Standard dialog has built a new record. Cleared when a dialog is opened, set by the dialog;
+/// without it nothing is sent.
+inline bool SettingEnabled = false;
+/// Name of the pedal being edited, for the success message. Set when a dialog is opened.
+inline QString PedalName;
+
+/// The main window: shows every pedal's setting and keeps itself in step with the unit.
+///
+/// Its tick of 0.1 s is the program's main loop. A tick may wait for the unit, and ticks run inside
+/// that wait too: a nested one may read the whole unit or restore it. The outer one then breaks off
+/// and has the unit read afresh.
+class MainWindowViewController : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindowViewController(QWidget *parent = nullptr);
+    ~MainWindowViewController() override;
+
+    /// The one device link of the program.
+    HID_PnP plugNPlay;
+
+    [[nodiscard]] MenuItems menuItems() const;
+
+    /// One tick of the main loop.
+    void UpdateAppWindow();
+    /// Empties the window: no pedal, the connect explanation, the narrow width.
+    void InitializeControls();
+    /// Shows the setting of pedal `SelectedPedalNo` in its text box.
+    void WritePedalContents();
+    /// Sends the selected pedal's row of the arrays and the timing parameters to the unit and
+    /// reports success; failures of an exchange are the device link's to report. Does nothing while
+    /// `SettingEnabled` is false.
+    void SettingDialog_OK();
+    /// Widens the window to 696, animated.
+    void testchangewidth();
+
+    void buttonSetPedal0Standard_Clicked() { openStandardDialog(0); }
+    void buttonSetPedal1Standard_Clicked() { openStandardDialog(1); }
+    void buttonSetPedal2Standard_Clicked() { openStandardDialog(2); }
+    void buttonSetPedal3Standard_Clicked() { openStandardDialog(3); }
+    void buttonSetPedal4Standard_Clicked() { openStandardDialog(4); }
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    /// The controls of one pedal. "Row" is the pedal's index, not a place on screen.
+    struct PedalRow
+    {
+        QLabel *name;
+        QPlainTextEdit *contents;
+        QPushButton *standard;
+        QPushButton *advanced;
+    };
+    class Run;
+
+    void viewDidLoad();
+    void viewDidAppear();
+
+    void setWindowWidth(int width);
+    void applyLayout(const MainWindowLayout &layout);
+    void disableRows();
+    void enableRow(std::size_t row);
+
+    void readUnit(bool MessageOn);
+    [[nodiscard]] bool readVersion(bool MessageOn);
+    [[nodiscard]] bool readNumberOfPedals(bool MessageOn);
+    [[nodiscard]] bool readPedal(int pedal, bool MessageOn, const Run &run);
+
+    void openStandardDialog(int pedal);
+    [[nodiscard]] bool sendSelectedPedal();
+    void restoreInitialSettings();
+    [[nodiscard]] bool sendFactorySettings();
+
+    std::unique_ptr<Ui::MainWindowViewController> m_ui;
+    std::array<PedalRow, MaxPedals> m_rows;
+    QTimer m_timer;
+    /// Runs of the tick's longer work so far.
+    int m_runs = 0;
+    /// The unit did not take or give something; look what it really holds, without complaining
+    /// about it again.
+    bool m_readAgain = false;
+    bool m_appeared = false;
+    bool m_closing = false;
+};
+
+} // namespace kavelo

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "KeyUsage.h"
+
+#include <QDialog>
+#include <QTimer>
+
+#include <array>
+#include <memory>
+
+class QCheckBox;
+class QRadioButton;
+
+namespace kavelo {
+
+namespace Ui {
+class SettingDialogViewController;
+}
+
+class MainWindowViewController;
+
+/// The Standard dialog is being dismissed by its watchdog. Set and read by the watchdog only.
+inline bool timer2state = false;
+
+/// The Standard dialog: sets one pedal to a key with or without the left-hand modifiers, to the
+/// modifiers alone, or to a click or double click. Edits the pedal that `SelectedPedalNo` names
+/// when it is created, and deletes itself when it is dismissed.
+class SettingDialogViewController : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit SettingDialogViewController(MainWindowViewController &presenter);
+    ~SettingDialogViewController() override;
+
+    /// Loads the dialog and opens it over the main window without blocking. A pedal whose setting
+    /// this dialog cannot show is asked about first; then the dialog may be gone at the end.
+    void present();
+
+    /// Dismisses the dialog; nothing is written.
+    void cancelButtonPressed();
+    /// Sends what has been built, if anything, and dismisses the dialog.
+    void okButtonPressed();
+    void okButtonPressed_keyboard();
+
+    /// The one way out, whatever closes the dialog.
+    void done(int result) override;
+
+private:
+    void viewDidLoad();
+    void viewWillDisappear();
+    void dismiss();
+    void UpdateAppWindow2();
+
+    void connectActions();
+    void setFixedTexts();
+    void fillKeyList();
+    void loadKeyboardSetting();
+    void loadModifiers(std::uint8_t modifiers, std::uint8_t usage);
+    void loadMouseSetting();
+    void askAboutSettingBeyondStandard();
+
+    void radiobuttonNoModifiersClicked() { modifierChoiceChanged(); }
+    void radiobuttonWithModifiersClicked() { modifierChoiceChanged(); }
+    void radiobuttonOnlyModifiersClicked() { modifierChoiceChanged(); }
+    void checkboxCtrl_clicked() { Change_K_buttonProgramKavelo_Enabled(); }
+    void checkboxShift_clicked() { Change_K_buttonProgramKavelo_Enabled(); }
+    void checkboxAlt_clicked() { Change_K_buttonProgramKavelo_Enabled(); }
+    void checkboxWindowsKey_clicked() { Change_K_buttonProgramKavelo_Enabled(); }
+    void listboxKeys_SelectedIndexChanged();
+    void listboxKeys_SelectedIndexChanged_manual();
+    void radiobuttonLeftClickClicked() { mouseActionChosen(); }
+    void radiobuttonRightClickClicked() { mouseActionChosen(); }
+    void radiobuttonCenterClickClicked() { mouseActionChosen(); }
+    void radiobuttonDoubleClickClicked() { mouseActionChosen(); }
+    void tabView_didSelect() { Change_buttonProgramKavelo_Enabled(); }
+    void buttonProgramKavelo_Click();
+
+    void modifierChoiceChanged();
+    void mouseActionChosen();
+    void Change_K_Controls_Enabled();
+    void Change_K_buttonProgramKavelo_Enabled();
+    void Change_buttonProgramKavelo_Enabled();
+
+    [[nodiscard]] std::uint8_t chosenModifiers() const;
+    void buildKeyRecord();
+    void buildMouseRecord();
+
+    MainWindowViewController &m_presenter;
+    std::unique_ptr<Ui::SettingDialogViewController> m_ui;
+
+    /// Whether a complete choice stands on the Keyboard tab, and on the Mouse tab.
+    bool K_buttonProgramKavelo_Enabled = false;
+    bool M_buttonProgramKavelo_Enabled = false;
+    /// Whether the pedal's setting can be shown exactly by this dialog.
+    bool WithinStandard = false;
+    /// Usage ID of each row of the key list.
+    std::array<int, Max_UsageID> IndexToUsageID{};
+    /// Closes the dialog when its unit goes.
+    QTimer timer2;
+
+    /// The pedal being edited. `SelectedPedalNo` may move on meanwhile, when a read of the unit was
+    /// still going on.
+    const int m_pedal;
+    /// The check boxes, in the order of the modifier byte's bits 0 to 3.
+    std::array<QCheckBox *, 4> m_modifierBoxes{};
+    bool m_dismissed = false;
+};
+
+} // namespace kavelo
