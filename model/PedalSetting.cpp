@@ -19,9 +19,33 @@ void IntoTwoCommonData(int value16, int i)
 
 std::uint16_t IntoValue16(int i)
 {
+    return value16In(selectedRecord(), i);
+}
+
+std::uint16_t value16In(const CommonRecord &record, int i)
+{
     const auto high = static_cast<std::size_t>(i);
-    return static_cast<std::uint16_t>((selectedRecord().at(high) << 8) +
-                                      selectedRecord().at(high + 1));
+    return static_cast<std::uint16_t>((record.at(high) << 8) + record.at(high + 1));
+}
+
+PskoSetting pskoSettingIn(const CommonRecord &record)
+{
+    // Byte 2 holds bits 11 to 8 of both times, byte 3 a flag above the number of outputs.
+    return {.onTime = ((record[2] & 0xF0) << 4) + record[0],
+            .timeBetween = ((record[2] & 0x0F) << 8) + record[1],
+            .numberOfOutputs = record[3] & 0x7F,
+            .repeatsSet = (record[3] & 0x80) != 0,
+            .numberOfRepeats = value16In(record, 4)};
+}
+
+PskoOutput pskoOutputIn(const CommonRecord &record, const AdditionalBlock &additional, int n)
+{
+    if (n == 1) {
+        return std::span(record).last<PskoOutputSize>();
+    }
+    return std::span(additional)
+        .subspan(static_cast<std::size_t>(n - 2) * PskoOutputSize)
+        .first<PskoOutputSize>();
 }
 
 } // namespace kavelo

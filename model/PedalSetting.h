@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 /// The unit's settings as the program holds them: for every pedal an output mode, a common record
 /// of 13 bytes and a block of 63 bytes that only the multiple simultaneous key output uses.
@@ -41,6 +42,17 @@ inline int SelectedPedalNo = 0;
 
 /// One output of a mode 9 setting: a modifier byte and six key usage IDs (0 = no key there).
 constexpr std::size_t PskoOutputSize = 7;
+using PskoOutput = std::span<const std::uint8_t, PskoOutputSize>;
+
+/// What a mode 9 record says beside its first output.
+struct PskoSetting
+{
+    int onTime;          ///< how long each output is held, 0 to 4095 ms
+    int timeBetween;     ///< pause between two outputs, 0 to 4095 ms
+    int numberOfOutputs; ///< as the record has it, 0 to 127
+    bool repeatsSet;     ///< a repetition is the whole set of outputs, not one output
+    int numberOfRepeats; ///< 0 = until the pedal is released
+};
 
 /// Stores `value16`, 0 to 65535, into the selected pedal's common record: the high byte at `i`
 /// (0 to 11), the low byte behind it.
@@ -48,5 +60,16 @@ void IntoTwoCommonData(int value16, int i);
 
 /// The 16-bit value whose high byte is byte `i` (0 to 11) of the selected pedal's common record.
 [[nodiscard]] std::uint16_t IntoValue16(int i);
+
+/// The 16-bit value whose high byte is byte `i` (0 to 11) of a common record.
+[[nodiscard]] std::uint16_t value16In(const CommonRecord &record, int i);
+
+/// Reads a mode 9 record.
+[[nodiscard]] PskoSetting pskoSettingIn(const CommonRecord &record);
+
+/// Output `n`, 1 to `NUMBER_OF_PSKO_OUTPUT`, of a mode 9 setting: the first one ends the common
+/// record, the others fill the additional block. A view into the two.
+[[nodiscard]] PskoOutput pskoOutputIn(const CommonRecord &record, const AdditionalBlock &additional,
+                                      int n);
 
 } // namespace kavelo
