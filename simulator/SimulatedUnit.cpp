@@ -1,0 +1,256 @@
+#include "SimulatedUnit.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kavelo {
+namespace {
+
+constexpr std::size_t PieceSize = ADDITIONAL_DATA_ONE_TIME;
+
+} // namespace
+
+struct SimulatedUnit::Command
+{
+    std::uint8_t code;
+    bool (SimulatedUnit::*carryOut)(const hid::Report &request, hid::Report &reply);
+};
+
+const std::array<SimulatedUnit::Command, 10> SimulatedUnit::Commands{{
+    {GET_VERSION_NUMBER, &SimulatedUnit::getVersionNumber},
+    {GET_NUMBER_OF_PEDALS, &SimulatedUnit::getNumberOfPedals},
+    {SET_PARAMETERS, &SimulatedUnit::setParameters},
+    {SET_KEYBOARD_MOUSE_ABILITY, &SimulatedUnit::setKeyboardMouseAbility},
+    {SET_OUTPUT_MODE_AND_DATA, &SimulatedUnit::setOutputModeAndData},
+    {GET_OUTPUT_MODE_AND_DATA, &SimulatedUnit::getOutputModeAndData},
+    {GET_PEDAL_STATE, &SimulatedUnit::getPedalState},
+    {SET_ADDITIONAL_DATA, &SimulatedUnit::setAdditionalData},
+    {GET_ADDITIONAL_DATA, &SimulatedUnit::getAdditionalData},
+    {SET_NUMBER_OF_PEDALS, &SimulatedUnit::setNumberOfPedals},
+}};
+
+SimulatedUnit::SimulatedUnit(QObject *parent)
+    : QObject(parent)
+{
+    m_work.setSingleShot(true);
+    m_work.setTimerType(Qt::PreciseTimer);
+    connect(&m_work, &QTimer::timeout, this, &SimulatedUnit::finishFirst);
+}
+
+SimulatedUnit::~SimulatedUnit()
+{
+    setPowered(false);
+}
+
+void SimulatedUnit::factorySettings()
+{
+    const UnitMemory old = std::exchange(m_memory, {});
+    m_memory.version = old.version;
+    m_memory.numberOfPedals = old.numberOfPedals;
+}
+
+void SimulatedUnit::setReplyDelay(std::chrono::milliseconds delay)
+{
+    m_replyDelay = std::clamp(delay, std::chrono::milliseconds{0}, MaxReplyDelay);
+}
+
+void SimulatedUnit::setLateness(std::chrono::milliseconds lateness)
+{
+    m_lateness = std::max(lateness, std::chrono::milliseconds{0});
+}
+
+void SimulatedUnit::setFault(const Fault &fault)
+{
+    m_fault = fault;
+    m_exchangesSinceFaultSet = 0;
+}
+
+void SimulatedUnit::setPowered(bool powered)
+{
+    if (powered == m_powered) {
+        return;
+    }
+    m_powered = powered;
+    m_work.stop();
+    for (Pending &lost : std::exchange(m_pending, {})) {
+        lost.exchange.outcome = Exchange::Outcome::NoReply;
+        Q_EMIT exchanged(lost.exchange);
+    }
+    Q_EMIT poweredChanged(powered);
+}
+
+bool SimulatedUnit::receive(const hid::Report &request)
+{
+    if (!m_powered) {
+        return false;
+    }
+    const FaultKind fault = nextFault();
+    Exchange exchange{
+        .number = ++m_exchangeCount, .time = std::chrono::system_clock::now(), .request = request};
+    if (fault == FaultKind::RefuseSend) {
+        exchange.outcome = Exchange::Outcome::Refused;
+        Q_EMIT exchanged(exchange);
+        return false;
+    }
+
+    Pending pending{.exchange = exchange,
+                    .delay = fault == FaultKind::AnswerLate ? m_lateness : m_replyDelay};
+    pending.exchange.outcome =
+        fault == FaultKind::DropReply ? Exchange::Outcome::NoReply : Exchange::Outcome::Answered;
+    const hid::Report reply = carryOut(request);
+    pending.exchange.reply = fault == FaultKind::AnswerGarbage ? garbage() : reply;
+    m_pending.push_back(pending);
+    if (!m_work.isActive()) {
+        startOnFirst();
+    }
+    Q_EMIT exchanged(exchange);
+    if (fault == FaultKind::Unplug) {
+        setPowered(false);
+    }
+    return true;
+}
+
+FaultKind SimulatedUnit::nextFault()
+{
+    ++m_exchangesSinceFaultSet;
+    const bool strikes = m_fault.exchange == 0 || m_fault.exchange == m_exchangesSinceFaultSet;
+    return strikes ? m_fault.kind : FaultKind::None;
+}
+
+void SimulatedUnit::startOnFirst()
+{
+    m_work.start(m_pending.front().delay);
+}
+
+void SimulatedUnit::finishFirst()
+{
+    const Exchange finished = m_pending.front().exchange;
+    m_pending.pop_front();
+    // Whoever gets the reply may run the event loop, so the next request is begun first.
+    if (!m_pending.empty()) {
+        startOnFirst();
+    }
+    Q_EMIT exchanged(finished);
+    if (finished.outcome == Exchange::Outcome::Answered) {
+        Q_EMIT inputReport(finished.reply);
+    }
+}
+
+hid::Report SimulatedUnit::garbage()
+{
+    hid::Report report{};
+    std::ranges::generate(report, [this] { return static_cast<std::uint8_t>(m_garbage()); });
+    return report;
+}
+
+hid::Report SimulatedUnit::carryOut(const hid::Report &request)
+{
+    hid::Report reply{request[0], request[1]};
+    const auto *const command = std::ranges::find(Commands, request[0], &Command::code);
+    if (command == Commands.end() || !(this->*command->carryOut)(request, reply)) {
+        reply[2] = RejectedStatus;
+    }
+    return reply;
+}
+
+PedalMemory *SimulatedUnit::pedal(std::uint8_t index)
+{
+    const bool exists = index < m_memory.numberOfPedals && index < MaxPedals;
+    return exists ? &m_memory.pedals.at(index) : nullptr;
+}
+
+std::span<std::uint8_t> SimulatedUnit::piece(std::uint8_t pedalIndex, std::uint8_t pieceNumber)
+{
+    PedalMemory *const memory = pedal(pedalIndex);
+    const std::size_t start = pieceNumber * PieceSize;
+    if (memory == nullptr || start >= memory->additional.size()) {
+        return {};
+    }
+    const std::size_t size = std::min(PieceSize, memory->additional.size() - start);
+    return std::span(memory->additional).subspan(start, size);
+}
+
+bool SimulatedUnit::getVersionNumber(const hid::Report & /*request*/, hid::Report &reply)
+{
+    std::ranges::copy(m_memory.version, reply.begin() + 2);
+    return true;
+}
+
+bool SimulatedUnit::getNumberOfPedals(const hid::Report & /*request*/, hid::Report &reply)
+{
+    reply[2] = m_memory.numberOfPedals;
+    return true;
+}
+
+/// Request bytes 1 to 4: the timing parameters.
+bool SimulatedUnit::setParameters(const hid::Report &request, hid::Report & /*reply*/)
+{
+    std::copy_n(request.begin() + 1, m_memory.timing.size(), m_memory.timing.begin());
+    return true;
+}
+
+/// Request byte 1: the ability bits.
+bool SimulatedUnit::setKeyboardMouseAbility(const hid::Report &request, hid::Report & /*reply*/)
+{
+    if (request[1] > 0b11) {
+        return false;
+    }
+    m_memory.keyboardMouseAbility = request[1];
+    return true;
+}
+
+bool SimulatedUnit::setOutputModeAndData(const hid::Report &request, hid::Report & /*reply*/)
+{
+    PedalMemory *const memory = pedal(request[1]);
+    if (memory == nullptr) {
+        return false;
+    }
+    memory->mode = request[2];
+    std::copy_n(request.begin() + 3, memory->record.size(), memory->record.begin());
+    return true;
+}
+
+bool SimulatedUnit::getOutputModeAndData(const hid::Report &request, hid::Report &reply)
+{
+    const PedalMemory *const memory = pedal(request[1]);
+    if (memory == nullptr) {
+        return false;
+    }
+    reply[2] = memory->mode;
+    std::ranges::copy(memory->record, reply.begin() + 3);
+    return true;
+}
+
+/// Reply byte 2: bit n for pedal n, set while it is depressed.
+bool SimulatedUnit::getPedalState(const hid::Report & /*request*/, hid::Report &reply)
+{
+    reply[2] = m_depressedPedals;
+    return true;
+}
+
+/// Request byte 1: pedal, byte 2: piece number, from byte 3 on the piece's 13 bytes, 11 in piece 4.
+bool SimulatedUnit::setAdditionalData(const hid::Report &request, hid::Report & /*reply*/)
+{
+    const std::span<std::uint8_t> bytes = piece(request[1], request[2]);
+    std::copy_n(request.begin() + 3, bytes.size(), bytes.begin());
+    return !bytes.empty();
+}
+
+bool SimulatedUnit::getAdditionalData(const hid::Report &request, hid::Report &reply)
+{
+    const std::span<std::uint8_t> bytes = piece(request[1], request[2]);
+    std::ranges::copy(bytes, reply.begin() + 2);
+    return !bytes.empty();
+}
+
+/// Request byte 1: 1 to 5 pedals.
+bool SimulatedUnit::setNumberOfPedals(const hid::Report &request, hid::Report & /*reply*/)
+{
+    if (request[1] < 1 || request[1] > MaxPedals) {
+        return false;
+    }
+    m_memory.numberOfPedals = request[1];
+    return true;
+}
+
+} // namespace kavelo

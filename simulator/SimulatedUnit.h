@@ -1,0 +1,197 @@
+#pragma once
+
+#include "Hid.h"
+#include "PedalSetting.h"
+#include "Protocol.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <random>
+#include <span>
+
+namespace kavelo {
+
+/// What the unit keeps for one pedal.
+struct PedalMemory
+{
+    std::uint8_t mode = SIMPLE_KEY_OUTPUT;
+    CommonRecord record{};
+    AdditionalBlock additional{};
+
+    bool operator==(const PedalMemory &) const = default;
+};
+
+/// The unit's flash: everything that outlives a loss of power. It starts in the factory state.
+struct UnitMemory
+{
+    /// Major, minor and revision of the firmware.
+    std::array<std::uint8_t, 3> version{2, 1, 0};
+    /// Reported as it stands, sensible or not. Only pedals below both it and MaxPedals exist.
+    std::uint8_t numberOfPedals = MaxPedals;
+    /// Chattering settling, modifier preceding, double click on and double click off time.
+    std::array<std::uint8_t, 4> timing{
+        static_cast<std::uint8_t>(CHATTERING_SETTLING_TIME),
+        static_cast<std::uint8_t>(MODIFIER_PRECEDING_TIME),
+        static_cast<std::uint8_t>(DOUBLE_CLICK_ON_TIME),
+        static_cast<std::uint8_t>(DOUBLE_CLICK_OFF_TIME),
+    };
+    /// Bit 0: the keyboard interface works, bit 1: the mouse interface does.
+    std::uint8_t keyboardMouseAbility = 0b11;
+    /// Left click, Enter, right click, left arrow, right arrow.
+    std::array<PedalMemory, MaxPedals> pedals{{
+        {.mode = SIMPLE_CLICK, .record = {1}},
+        {.mode = SIMPLE_KEY_OUTPUT, .record = {0, 0x28}},
+        {.mode = SIMPLE_CLICK, .record = {2}},
+        {.mode = SIMPLE_KEY_OUTPUT, .record = {0, 0x50}},
+        {.mode = SIMPLE_KEY_OUTPUT, .record = {0, 0x4F}},
+    }};
+
+    bool operator==(const UnitMemory &) const = default;
+};
+
+enum class FaultKind {
+    None,
+    RefuseSend,    ///< the request does not get in
+    DropReply,     ///< the request is carried out but not answered
+    AnswerLate,    ///< the reply takes the unit's lateness instead of its reply delay
+    AnswerGarbage, ///< the request is carried out; the reply is random bytes
+    Unplug         ///< the request is carried out and the unit goes, without a reply
+};
+
+/// A fault and when it strikes.
+struct Fault
+{
+    FaultKind kind = FaultKind::None;
+    /// Which exchange it strikes, counted from 1 for the next one; 0 is every exchange.
+    int exchange = 0;
+};
+
+/// One request to the unit and what came of it.
+struct Exchange
+{
+    enum class Outcome { Waiting, Answered, Refused, NoReply };
+
+    int number = 0;                             ///< from 1 on, in the order of the requests
+    std::chrono::system_clock::time_point time; ///< when the request came
+    hid::Report request{};
+    Outcome outcome = Outcome::Waiting;
+    hid::Report reply{}; ///< meaningful when the outcome is Answered
+};
+
+/// The pedal unit's firmware behind its vendor interface: takes requests and answers them one at a
+/// time, each after the reply delay. It needs power, which the bus gives it.
+///
+/// A reply echoes the request's bytes 0 and 1. Of the commands that write, and of a request that
+/// can't be carried out (unknown command, no such pedal or piece, a value out of range), reply
+/// byte 2 is a status: 0 done, 0xFF not done and nothing changed. The other bytes are 0.
+class SimulatedUnit : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr std::chrono::milliseconds MaxReplyDelay{5000};
+    static constexpr std::uint8_t RejectedStatus = 0xFF;
+
+    explicit SimulatedUnit(QObject *parent = nullptr);
+    ~SimulatedUnit() override;
+
+    [[nodiscard]] UnitMemory &memory() { return m_memory; }
+    [[nodiscard]] const UnitMemory &memory() const { return m_memory; }
+
+    /// Puts everything but the firmware version and the number of pedals into the factory state.
+    void factorySettings();
+
+    /// What the device shows itself as. Takes effect when the unit is next plugged in.
+    void setMatching(const hid::Matching &matching) { m_matching = matching; }
+    [[nodiscard]] const hid::Matching &matching() const { return m_matching; }
+
+    /// Which pedals are depressed: bit n for pedal n.
+    void setDepressedPedals(std::uint8_t mask) { m_depressedPedals = mask; }
+    [[nodiscard]] std::uint8_t depressedPedals() const { return m_depressedPedals; }
+
+    /// How long the unit works on a request, 0 to MaxReplyDelay; 0 answers in the event loop's
+    /// next turn. Requests already taken in keep the delay that they came with.
+    void setReplyDelay(std::chrono::milliseconds delay);
+    [[nodiscard]] std::chrono::milliseconds replyDelay() const { return m_replyDelay; }
+
+    /// How long a reply with the fault AnswerLate takes; 0 or more.
+    void setLateness(std::chrono::milliseconds lateness);
+    [[nodiscard]] std::chrono::milliseconds lateness() const { return m_lateness; }
+
+    /// Sets the one fault and starts to count its exchanges anew.
+    void setFault(const Fault &fault);
+    [[nodiscard]] const Fault &fault() const { return m_fault; }
+
+    /// Restarts the sequence of garbage replies. Units with the same seed send the same garbage.
+    void setGarbageSeed(std::uint32_t seed) { m_garbage.seed(seed); }
+
+    /// Power on or off. Without power the unit refuses every request; going off, it drops the
+    /// replies that are due, while what was written stays.
+    void setPowered(bool powered);
+    [[nodiscard]] bool isPowered() const { return m_powered; }
+
+    /// Takes one output report and carries it out at once and whole; false when it is refused.
+    /// The reply follows through the event loop, never from inside this call.
+    bool receive(const hid::Report &request);
+
+Q_SIGNALS:
+    void inputReport(const kavelo::hid::Report &report);
+
+    /// Emitted when a request comes in, with the outcome Waiting or Refused, and again for a
+    /// waiting one when its reply goes out, just before inputReport(), or proves to be lost.
+    void exchanged(const kavelo::Exchange &exchange);
+
+    void poweredChanged(bool powered);
+
+private:
+    struct Pending
+    {
+        Exchange exchange; ///< as it will be when it is over
+        std::chrono::milliseconds delay{};
+    };
+
+    struct Command;
+    static const std::array<Command, 10> Commands;
+
+    [[nodiscard]] FaultKind nextFault();
+    [[nodiscard]] hid::Report carryOut(const hid::Report &request);
+    [[nodiscard]] hid::Report garbage();
+    void startOnFirst();
+    void finishFirst();
+    [[nodiscard]] PedalMemory *pedal(std::uint8_t index);
+    [[nodiscard]] std::span<std::uint8_t> piece(std::uint8_t pedalIndex, std::uint8_t pieceNumber);
+
+    // One for each command: fills the reply from byte 2 on; false when it can't be carried out.
+    bool getVersionNumber(const hid::Report &request, hid::Report &reply);
+    bool getNumberOfPedals(const hid::Report &request, hid::Report &reply);
+    bool setParameters(const hid::Report &request, hid::Report &reply);
+    bool setKeyboardMouseAbility(const hid::Report &request, hid::Report &reply);
+    bool setOutputModeAndData(const hid::Report &request, hid::Report &reply);
+    bool getOutputModeAndData(const hid::Report &request, hid::Report &reply);
+    bool getPedalState(const hid::Report &request, hid::Report &reply);
+    bool setAdditionalData(const hid::Report &request, hid::Report &reply);
+    bool getAdditionalData(const hid::Report &request, hid::Report &reply);
+    bool setNumberOfPedals(const hid::Report &request, hid::Report &reply);
+
+    hid::Matching m_matching = KaveloMatching;
+    UnitMemory m_memory;
+    std::uint8_t m_depressedPedals = 0;
+    bool m_powered = false;
+
+    std::chrono::milliseconds m_replyDelay{0};
+    std::chrono::milliseconds m_lateness{4000};
+    Fault m_fault;
+    int m_exchangesSinceFaultSet = 0;
+    std::mt19937 m_garbage;
+
+    int m_exchangeCount = 0;
+    std::deque<Pending> m_pending; ///< the first is being worked on
+    QTimer m_work;                 ///< runs while the unit works on the first
+};
+
+} // namespace kavelo
