@@ -25,18 +25,6 @@ public:
         setInformativeText(toScreenText(message));
     }
 
-    /// Shows the box until it is closed or goes away with its parent; returns the button's code,
-    /// or NoButton. The box deletes itself.
-    int run()
-    {
-        const QPointer<Box> self = this;
-        const int response = exec();
-        if (self) {
-            deleteLater();
-        }
-        return response;
-    }
-
 protected:
     void closeEvent(QCloseEvent *event) override
     {
@@ -53,6 +41,25 @@ public:
     using Box::Box;
 };
 
+/// Shows the box until it is closed or goes away with its parent; returns the button's code, or
+/// NoButton.
+int runBox(const QPointer<Box> &box)
+{
+    const int response = box->exec();
+    delete box;
+    return response;
+}
+
+/// The window that the user is working in. One that has been closed may still be the active one.
+QWidget *windowInUse()
+{
+    QWidget *window = QApplication::activeWindow();
+    while (window != nullptr && !window->isVisible()) {
+        window = window->parentWidget();
+    }
+    return window;
+}
+
 } // namespace
 
 void logLine(const QString &line)
@@ -63,9 +70,9 @@ void logLine(const QString &line)
 
 void alertBox(const QString &Message)
 {
-    auto *box = new Box({}, Message, QApplication::activeWindow());
+    auto *box = new Box({}, Message, windowInUse());
     box->setStandardButtons(QMessageBox::Ok);
-    const int response = box->run();
+    const int response = runBox(box);
     logLine(response == QMessageBox::Ok ? QStringLiteral("alert_OK_pushed")
                                         : QStringLiteral("others:%1").arg(response));
 }
@@ -76,7 +83,7 @@ Answer askQuestion(const QString &message, QWidget *parent)
     box->setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
     box->setDefaultButton(QMessageBox::Cancel);
     box->setEscapeButton(QMessageBox::Ok);
-    switch (const int response = box->run()) {
+    switch (const int response = runBox(box)) {
     case QMessageBox::Ok:
         return Answer::Ok;
     case QMessageBox::Cancel:

@@ -231,6 +231,9 @@ void MainWindowViewController::WritePedalContents()
 
 void MainWindowViewController::UpdateAppWindow()
 {
+    // A timer does not fire again while its slot runs, but a fresh one does: this way the ticks go
+    // on inside a wait for the unit.
+    m_timer.start();
     m_ui->InitialStateToolStripMenuItem->setEnabled(isConnected);
     if (DeviceDetectedChanged) {
         DeviceDetectedChanged = false;

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QMessageBox>
+#include <QObject>
+#include <QStringList>
+
+#include <deque>
+#include <functional>
+
+namespace kavelo {
+
+/// Answers the program's message boxes as a user would, one after the other, and keeps what they
+/// said. Message boxes wait for their answer, so whoever causes one must say beforehand how it is
+/// to be answered. A box that nobody has foreseen is closed by its frame.
+class BoxWatcher : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Reaction = std::function<void(QMessageBox &box)>;
+
+    BoxWatcher();
+
+    /// The next box without a reaction is answered with this key.
+    void answerWith(Qt::Key key);
+    /// The next box without a reaction gets this one. It must see to it that the box closes.
+    void reactWith(Reaction reaction);
+
+    /// The messages of all boxes so far, line breaks as "\n".
+    [[nodiscard]] const QStringList &messages() const { return m_messages; }
+    /// Whether every foreseen box has come.
+    [[nodiscard]] bool isDone() const { return m_reactions.empty(); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void react(QMessageBox &box);
+
+    std::deque<Reaction> m_reactions;
+    QStringList m_messages;
+};
+
+} // namespace kavelo

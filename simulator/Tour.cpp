@@ -1,0 +1,235 @@
+#include "Tour.h"
+
+#include "MainWindowViewController.h"
+#include "PedalSetting.h"
+#include "SettingDialogViewController.h"
+#include "SimulatedBus.h"
+#include "SimulatedUnit.h"
+#include "SimulatorPanel.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QTextStream>
+
+#include <array>
+#include <cstdio>
+
+namespace kavelo {
+namespace {
+
+/// Time for a window to do what it was asked to.
+constexpr int Patience = 20000; // ms
+
+/// Pedals that the round uses: one that the Standard dialog can't show, and one that it edits.
+constexpr int PedalBeyondStandard = 0;
+constexpr int EditedPedal = 1;
+
+template <class Control>
+Control &control(QWidget &window, const QString &name)
+{
+    auto *found = window.findChild<Control *>(name);
+    Q_ASSERT_X(found != nullptr, "Tour", qUtf8Printable(name));
+    return *found;
+}
+
+template <class Control>
+Control &pedalControl(QWidget &window, const char *name, int pedal)
+{
+    return control<Control>(window, QString::asprintf(name, pedal));
+}
+
+void click(QWidget &widget)
+{
+    QTest::mouseClick(&widget, Qt::LeftButton);
+}
+
+} // namespace
+
+Tour::Tour(MainWindowViewController &window, SimulatorPanel &panel, SimulatedUnit &unit,
+           const QString &pictureFolder)
+    : m_window(window)
+    , m_panel(panel)
+    , m_unit(unit)
+    , m_pictures(pictureFolder)
+{
+    m_pictures.mkpath(QStringLiteral("."));
+}
+
+int Tour::run()
+{
+    struct Step
+    {
+        const char *purpose;
+        bool (Tour::*run)();
+    };
+    constexpr std::array<Step, 6> Steps{{
+        {"reading the unit", &Tour::showUnit},
+        {"units of 1 to 5 pedals", &Tour::showEveryNumberOfPedals},
+        {"the question about a setting beyond the Standard", &Tour::askAboutSettingBeyondStandard},
+        {"editing a pedal", &Tour::editPedal},
+        {"the menu and its notices", &Tour::showNotices},
+        {"restoring the factory settings", &Tour::restore},
+    }};
+    for (const Step &step : Steps) {
+        if (!(this->*step.run)()) {
+            QTextStream(stderr) << "The round stopped at: " << step.purpose << '\n';
+            return 1;
+        }
+    }
+    return 0;
+}
+
+bool Tour::showUnit()
+{
+    if (!waitForPedals(MaxPedals)) {
+        return false;
+    }
+    printPedals();
+    picture(m_panel, QStringLiteral("panel"));
+    return true;
+}
+
+bool Tour::showEveryNumberOfPedals()
+{
+    for (int pedals = 0; pedals <= MaxPedals; ++pedals) {
+        bus::unplug(m_unit);
+        if (!waitForPedals(0)) {
+            return false;
+        }
+        if (pedals > 0) {
+            m_unit.memory().numberOfPedals = static_cast<std::uint8_t>(pedals);
+            bus::plugIn(m_unit);
+        }
+        if (!waitForPedals(pedals)) {
+            return false;
+        }
+        picture(m_window, QStringLiteral("main-%1-pedals").arg(pedals));
+    }
+    return true;
+}
+
+bool Tour::askAboutSettingBeyondStandard()
+{
+    expectBox(QStringLiteral("question-beyond-standard"), Qt::Key_Return);
+    click(pedalControl<QPushButton>(m_window, "buttonSetPedal%dStandard", PedalBeyondStandard));
+    return m_boxes.isDone() && !StandardSettingDialogOpen;
+}
+
+bool Tour::editPedal()
+{
+    click(pedalControl<QPushButton>(m_window, "buttonSetPedal%dStandard", EditedPedal));
+    auto *dialog = m_window.findChild<SettingDialogViewController *>();
+    if (dialog == nullptr || !QTest::qWaitFor([dialog] { return dialog->isVisible(); }, Patience)) {
+        return false;
+    }
+    auto &tabs = control<QTabWidget>(*dialog, QStringLiteral("tabcontrolOutputMode"));
+    tabs.setCurrentIndex(1);
+    picture(*dialog, QStringLiteral("standard-mouse"));
+    tabs.setCurrentIndex(0);
+    click(control<QRadioButton>(*dialog, QStringLiteral("radiobuttonWithModifiers")));
+    auto &keys = control<QComboBox>(*dialog, QStringLiteral("listboxKeys"));
+    QTest::keyClick(&keys, Qt::Key_S);
+    control<QCheckBox>(*dialog, QStringLiteral("checkboxCtrl")).setFocus();
+    QTest::keyClick(&control<QCheckBox>(*dialog, QStringLiteral("checkboxCtrl")), Qt::Key_Space);
+    picture(*dialog, QStringLiteral("standard-keyboard"));
+    expectBox(QStringLiteral("notice-written"), Qt::Key_Return);
+    click(control<QPushButton>(*dialog, QStringLiteral("buttonProgramKavelo")));
+    printPedals();
+    return m_boxes.isDone() && !StandardSettingDialogOpen;
+}
+
+bool Tour::showNotices()
+{
+    menu().popup(m_window.mapToGlobal(QPoint(0, m_window.menuBar()->height())));
+    picture(menu(), QStringLiteral("menu"));
+    menu().close();
+    expectBox(QStringLiteral("notice-quick-start"), Qt::Key_Return);
+    chooseFromMenu(1);
+    expectBox(QStringLiteral("notice-version"), Qt::Key_Return);
+    chooseFromMenu(2);
+    return QTest::qWaitFor([this] { return m_boxes.isDone(); }, Patience);
+}
+
+bool Tour::restore()
+{
+    expectBox(QStringLiteral("question-restore"), Qt::Key_Escape);
+    expectBox(QStringLiteral("notice-restored"), Qt::Key_Return);
+    chooseFromMenu(0);
+    if (!QTest::qWaitFor([this] { return m_boxes.isDone(); }, Patience)) {
+        return false;
+    }
+    printPedals();
+    picture(m_window, QStringLiteral("main-restored"));
+    return true;
+}
+
+bool Tour::waitForPedals(int pedals)
+{
+    const auto lit = [this] {
+        int count = 0;
+        for (int pedal = 0; pedal < MaxPedals; ++pedal) {
+            count +=
+                pedalControl<QPushButton>(m_window, "buttonSetPedal%dStandard", pedal).isEnabled()
+                    ? 1
+                    : 0;
+        }
+        return count;
+    };
+    return QTest::qWaitFor([&] { return !DeviceDetectedChanged && lit() == pedals; }, Patience);
+}
+
+void Tour::printPedals()
+{
+    QTextStream out(stdout);
+    for (int pedal = 0; pedal < NumberOfPedals; ++pedal) {
+        out << pedalControl<QLabel>(m_window, "labelPedal%dName", pedal).text() << '\n';
+        const QString text =
+            pedalControl<QPlainTextEdit>(m_window, "textboxPedal%dContents", pedal).toPlainText();
+        for (const QString &line : text.split(QLatin1Char('\n'))) {
+            out << "    " << line << '\n';
+        }
+    }
+    out << '\n';
+}
+
+void Tour::picture(QWidget &widget, const QString &name)
+{
+    QTest::qWait(50); // what is due to be painted or moved is so by then
+    const QString path = m_pictures.filePath(name + QStringLiteral(".png"));
+    if (!widget.grab().save(path)) {
+        QTextStream(stderr) << "Could not save " << path << '\n';
+    }
+}
+
+void Tour::expectBox(const QString &pictureName, Qt::Key key)
+{
+    m_boxes.reactWith([this, pictureName, key](QMessageBox &box) {
+        picture(box, pictureName);
+        QTextStream(stdout) << box.informativeText() << "\n\n";
+        QTest::keyClick(&box, key);
+    });
+}
+
+QMenu &Tour::menu()
+{
+    return control<QMenu>(m_window, QStringLiteral("menuKavelo"));
+}
+
+void Tour::chooseFromMenu(int item)
+{
+    menu().popup(m_window.mapToGlobal(QPoint(0, m_window.menuBar()->height())));
+    for (int i = 0; i <= item; ++i) {
+        QTest::keyClick(&menu(), Qt::Key_Down);
+    }
+    QTest::keyClick(&menu(), Qt::Key_Return);
+}
+
+} // namespace kavelo

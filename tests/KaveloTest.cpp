@@ -1,0 +1,80 @@
+#include "KaveloTest.h"
+
+#include "HID_PnP.h"
+#include "MainWindowViewController.h"
+#include "PedalSetting.h"
+#include "Protocol.h"
+#include "SettingDialogViewController.h"
+#include "SimulatedBus.h"
+
+#include <QTest>
+#include <QTimer>
+
+#include <utility>
+
+namespace kavelo {
+namespace {
+
+void resetModuleState()
+{
+    OutputMode = {};
+    CommonData = {};
+    AdditionalData = {};
+    SelectedPedalNo = 0;
+    OutputPacketBuffer = {};
+    InputPacketBuffer = {};
+    VersionNumberMajor = VersionNumberMinor = VersionNumberRevision = 0;
+    NumberOfPedals = DataNo = Count_timeout = 0;
+    for (bool *flag :
+         {&isConnected, &DeviceDetected, &DeviceDetectedChanged, &StandardSettingDialogOpen,
+          &CloseStandardSetting, &flag_MyNewDeviceCallback, &flag_MyRemovalCallback, &Flag_send,
+          &Flag_input, &Flag_timeout, &InitialState, &SettingEnabled, &timer2state}) {
+        *flag = false;
+    }
+    PedalName.clear();
+    bus::reset();
+}
+
+} // namespace
+
+KaveloTest::KaveloTest()
+{
+    resetModuleState();
+    QObject::connect(&unit, &SimulatedUnit::exchanged, &unit, [this](const Exchange &exchange) {
+        if (exchange.outcome == Exchange::Outcome::Waiting ||
+            exchange.outcome == Exchange::Outcome::Refused) {
+            requests.push_back(exchange.request);
+        }
+    });
+}
+
+KaveloTest::~KaveloTest()
+{
+    EXPECT_TRUE(boxes.isDone()) << "a message box did not come";
+    resetModuleState();
+}
+
+bool KaveloTest::waitUntil(const std::function<bool()> &condition)
+{
+    return QTest::qWaitFor(condition, 20000);
+}
+
+void KaveloTest::when(std::function<bool()> condition, std::function<void()> action)
+{
+    auto *poll = new QTimer(&unit);
+    QObject::connect(poll, &QTimer::timeout, poll,
+                     [poll, condition = std::move(condition), action = std::move(action)] {
+                         if (condition()) {
+                             poll->stop();
+                             action();
+                         }
+                     });
+    poll->start(1);
+}
+
+void KaveloTest::runTicks(int ticks)
+{
+    QTest::qWait(static_cast<int>(ticks * TickPeriod.count()));
+}
+
+} // namespace kavelo

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "BoxWatcher.h"
+#include "SimulatedUnit.h"
+
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <ostream>
+#include <vector>
+
+/// Readable failures.
+inline void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QStringList &texts, std::ostream *out)
+{
+    *out << texts.join(QStringLiteral(" | ")).toStdString();
+}
+
+namespace kavelo {
+
+/// The one fixture: every test starts from the module-wide state of a fresh process, with an empty
+/// bus, one factory-new simulated unit of five pedals beside it, and somebody to answer boxes.
+class KaveloTest : public ::testing::Test
+{
+protected:
+    KaveloTest();
+    ~KaveloTest() override;
+
+    /// Runs the event loop until `condition` holds; false when it never does.
+    [[nodiscard]] static bool waitUntil(const std::function<bool()> &condition);
+    /// Does `action` once, as soon as `condition` holds, also inside the program's own waits, in
+    /// which the test itself does not get on.
+    void when(std::function<bool()> condition, std::function<void()> action);
+    /// Runs the event loop for some ticks of the program's timers.
+    static void runTicks(int ticks);
+
+    /// Requests that the unit has seen, in their order.
+    std::vector<hid::Report> requests;
+    SimulatedUnit unit;
+    BoxWatcher boxes;
+};
+
+} // namespace kavelo

@@ -1,0 +1,230 @@
+#include "WindowTest.h"
+
+#include <QAccessible>
+
+namespace kavelo {
+namespace {
+
+class MainWindowTest : public WindowTest
+{
+};
+
+/// Exchanges of one read of such a unit: version, count, five pedals, five pieces.
+constexpr int ReadExchanges = 12;
+
+TEST_F(MainWindowTest, WithoutAUnitTheWindowIsBlankAndCannotBeResized)
+{
+    runTicks(2);
+    EXPECT_TRUE(isBlank());
+    EXPECT_EQ(window.minimumSize(), window.maximumSize());
+    EXPECT_EQ(name(0)->text(), QStringLiteral("Center pedal"));
+    EXPECT_FALSE(name(3)->isVisible());
+    EXPECT_FALSE(window.menuItems().InitialStateToolStripMenuItem->isEnabled());
+    EXPECT_EQ(window.findChild<QLabel *>(QStringLiteral("label_Annotation"))->text(),
+              QStringLiteral("Please use the Windows application for advanced settings."));
+    window.testchangewidth();
+    EXPECT_TRUE(waitUntil([&] { return window.width() == 696; }));
+}
+
+struct LayoutCase
+{
+    std::uint8_t pedals;
+    int width;
+    std::vector<int> leftToRight; ///< rows that are shown, by their place
+    QStringList names;            ///< of those rows
+    QString standardTitle;        ///< of the leftmost row
+};
+
+TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
+{
+    const auto texts = [](const char *joined) {
+        return QString::fromUtf8(joined).split(QLatin1Char(','));
+    };
+    const std::vector<LayoutCase> cases{
+        {1,
+         680,
+         {1, 0, 2},
+         texts("Left Pedal,Pedal,Right Pedal"),
+         QStringLiteral("Set the Pedal (Standard)")},
+        {2,
+         680,
+         {1, 0, 2},
+         texts("Left Pedal,Right Pedal,Right Pedal"),
+         QStringLiteral("Set Left Pedal (Standard)")},
+        {3,
+         680,
+         {1, 0, 2},
+         texts("Left Pedal,Center Pedal,Right Pedal"),
+         QStringLiteral("Set Left Pedal (Standard)")},
+        {4,
+         905,
+         {3, 1, 0, 2},
+         texts("Left End Pedal,Left Pedal,Right PEdal,Right End Pedal"),
+         QStringLiteral("Set Left End Pedal (Standard)")},
+        {5,
+         1130,
+         {3, 1, 0, 2, 4},
+         texts("Left End Pedal,Left Pedal,Center Pedal,Right Pedal,Right End Pedal"),
+         QStringLiteral("Set Left End Pedal (S.)")},
+        {0,
+         680,
+         {1, 0, 2},
+         texts("Left Pedal,Center pedal,Right Pedal"),
+         QStringLiteral("Set the Pedal (Standard)")},
+    };
+    for (const LayoutCase &layout : cases) {
+        SCOPED_TRACE(int{layout.pedals});
+        unit.memory().numberOfPedals = layout.pedals;
+        bus::plugIn(unit);
+        ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
+        EXPECT_EQ(window.width(), layout.width);
+        QStringList names;
+        for (std::size_t place = 0; place < layout.leftToRight.size(); ++place) {
+            const int row = layout.leftToRight[place];
+            const int left = 15 + 225 * int(place);
+            names << name(row)->text();
+            EXPECT_TRUE(name(row)->isVisible());
+            EXPECT_EQ(name(row)->x(), left);
+            EXPECT_EQ(contents(row)->x(), left);
+            EXPECT_EQ(standard(row)->x(), left);
+            EXPECT_EQ(advanced(row)->x(), left + 5);
+            EXPECT_FALSE(advanced(row)->isEnabled());
+            EXPECT_LE(standard(row)->sizeHint().width(), 200) << "the title is cut off";
+            EXPECT_LE(advanced(row)->sizeHint().width(), 190) << "the title is cut off";
+        }
+        EXPECT_EQ(names, layout.names);
+        EXPECT_EQ(standard(layout.leftToRight.front())->text(), layout.standardTitle);
+        for (const int row : {3, 4}) {
+            const bool shown = std::ranges::count(layout.leftToRight, row) == 1;
+            EXPECT_EQ(name(row)->isVisible() && standard(row)->isVisible(), shown);
+        }
+        EXPECT_TRUE(window.menuItems().InitialStateToolStripMenuItem->isEnabled());
+        bus::unplug(unit);
+        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
+    }
+}
+
+TEST_F(MainWindowTest, ReadsEveryPedalOnceAndTheSequencesBlocksInPieces)
+{
+    setFiveModes(unit);
+    bus::plugIn(unit);
+    ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
+    runTicks(2);
+    EXPECT_EQ(requests.size(), std::size_t{ReadExchanges}) << "nothing is read twice";
+    QAccessibleInterface *box = QAccessible::queryAccessibleInterface(contents(0));
+    EXPECT_EQ(box->text(QAccessible::Name), QStringLiteral("Center Pedal"));
+}
+
+TEST_F(MainWindowTest, UnpluggingAtAnyExchangeBlanksTheWindowAndReplugsReadAfresh)
+{
+    setFiveModes(unit);
+    for (int exchange = 1; exchange <= ReadExchanges; ++exchange) {
+        SCOPED_TRACE(exchange);
+        unit.setFault({.kind = FaultKind::Unplug, .exchange = exchange});
+        bool wasBlank = false;
+        when([&] { return requests.size() == std::size_t(exchange) && isBlank(); },
+             [&] {
+                 wasBlank = true;
+                 requests.clear();
+                 bus::plugIn(unit);
+             });
+        requests.clear();
+        bus::plugIn(unit);
+        ASSERT_TRUE(waitUntil([&] { return wasBlank && showsUnit(unit); }));
+        runTicks(3);
+        EXPECT_TRUE(showsUnit(unit)) << "what was left of the broken read has done harm";
+        EXPECT_EQ(boxes.messages(), QStringList());
+        bus::unplug(unit);
+        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
+    }
+}
+
+TEST_F(MainWindowTest, AnUnpluggedUnitLeavesTheWindowBlankWhenTheOldWaitEnds)
+{
+    setFiveModes(unit);
+    unit.setFault({.kind = FaultKind::Unplug, .exchange = 5});
+    boxes.answerWith(Qt::Key_Return);
+    bus::plugIn(unit);
+    ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && !isConnected; }));
+    EXPECT_EQ(boxes.messages(), QStringList(QStringLiteral("timeout")));
+    runTicks(3);
+    EXPECT_TRUE(isBlank());
+}
+
+struct TroubleCase
+{
+    FaultKind fault;
+    int exchange;
+    QString box;
+    bool isShownInTheEnd;
+};
+
+class ReadTroubleTest : public MainWindowTest, public ::testing::WithParamInterface<TroubleCase>
+{
+};
+
+TEST_P(ReadTroubleTest, EndsInAClearMessageAndNeverInAWrongRow)
+{
+    const TroubleCase &trouble = GetParam();
+    setFiveModes(unit);
+    unit.setLateness(std::chrono::milliseconds(3300));
+    unit.setFault({.kind = trouble.fault, .exchange = trouble.exchange});
+    boxes.answerWith(Qt::Key_Return);
+    bus::plugIn(unit);
+    ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+    runTicks(2);
+    ASSERT_TRUE(waitUntil([&] { return trouble.isShownInTheEnd ? showsUnit(unit) : isBlank(); }));
+    EXPECT_EQ(boxes.messages(), QStringList(trouble.box));
+    bus::unplug(unit);
+    ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
+    bus::plugIn(unit);
+    EXPECT_TRUE(waitUntil([&] { return showsUnit(unit); }));
+}
+
+const auto SendingError = QStringLiteral("sending error");
+const auto Timeout = QStringLiteral("timeout");
+
+// Exchange 1 asks for the version, 2 for the count, 4 for a sequence pedal, 7 for one of its
+// pieces, 11 for another pedal.
+INSTANTIATE_TEST_SUITE_P(
+    Faults, ReadTroubleTest,
+    ::testing::Values(TroubleCase{FaultKind::RefuseSend, 1, SendingError, false},
+                      TroubleCase{FaultKind::DropReply, 1, Timeout, false},
+                      TroubleCase{FaultKind::AnswerLate, 2, Timeout, false},
+                      TroubleCase{FaultKind::RefuseSend, 4, SendingError, true},
+                      TroubleCase{FaultKind::DropReply, 7, Timeout, false},
+                      TroubleCase{FaultKind::AnswerLate, 11, Timeout, true},
+                      TroubleCase{FaultKind::DropReply, 11, Timeout, true}));
+
+TEST_F(MainWindowTest, TooManyPedalsAreRefusedInWords)
+{
+    for (const std::uint8_t pedals : {std::uint8_t{6}, std::uint8_t{255}}) {
+        unit.memory().numberOfPedals = pedals;
+        boxes.answerWith(Qt::Key_Return);
+        bus::plugIn(unit);
+        ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+        EXPECT_EQ(boxes.messages().last(),
+                  QStringLiteral("This number of pedals is not supported"));
+        EXPECT_TRUE(isBlank());
+        EXPECT_EQ(NumberOfPedals, 0);
+        bus::unplug(unit);
+        runTicks(2);
+    }
+}
+
+TEST_F(MainWindowTest, GarbageRepliesNeverCrash)
+{
+    setFiveModes(unit);
+    for (std::uint32_t seed = 0; seed < 22; ++seed) {
+        // Not the version: a garbled one may well end the program, as it should.
+        unit.setGarbageSeed(seed);
+        unit.setFault({.kind = FaultKind::AnswerGarbage, .exchange = 2 + int(seed % 11)});
+        bus::plugIn(unit);
+        runTicks(2);
+        bus::unplug(unit);
+        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
+    }
+}
+
+} // namespace
+} // namespace kavelo
