@@ -74,7 +74,11 @@ protected:
     QTabWidget *tabs() { return in<QTabWidget>(QStringLiteral("tabcontrolOutputMode")); }
     QPushButton *write() { return in<QPushButton>(QStringLiteral("buttonProgramKavelo")); }
 
-    static void click(QWidget *widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+    /// Clicks on the left part of the control: a button's mark, or its title.
+    static void click(QWidget *widget)
+    {
+        QTest::mouseClick(widget, Qt::LeftButton, {}, {10, widget->height() / 2});
+    }
     void open(int pedal) { click(standard(pedal)); }
 
     Choice shown()
@@ -222,6 +226,7 @@ TEST_F(StandardDialogTest, TheWriteButtonFollowsTheChoice)
     EXPECT_FALSE(write()->isEnabled());
     tabs()->setCurrentIndex(1);
     EXPECT_TRUE(write()->isEnabled()) << "each tab has its own state";
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog()));
     QTest::keyClick(radio("LeftClick"), Qt::Key_Down);
     EXPECT_EQ(shown().radio, QStringLiteral("RightClick"));
     QTest::keyClick(dialog(), Qt::Key_Escape);
@@ -252,7 +257,7 @@ TEST_F(StandardDialogTest, EveryChoiceSurvivesTheRoundThroughTheUnit)
         OutputMode[3] = pedal.mode;
         CommonData[3] = pedal.record;
         const CommonRecord before = pedal.record;
-        const std::size_t written = choice.tab == 0                                ? 2
+        const std::size_t written = choice.tab == 0                                 ? 2
                                     : choice.radio == QStringLiteral("DoubleClick") ? 4
                                                                                     : 1;
         boxes.answerWith(Qt::Key_Escape);
@@ -261,8 +266,8 @@ TEST_F(StandardDialogTest, EveryChoiceSurvivesTheRoundThroughTheUnit)
         boxes.answerWith(Qt::Key_Return);
         click(write());
         ASSERT_EQ(dialog(), nullptr);
-        EXPECT_TRUE(std::equal(before.begin() + written, before.end(),
-                               pedal.record.begin() + written));
+        EXPECT_TRUE(
+            std::equal(before.begin() + written, before.end(), pedal.record.begin() + written));
 
         OutputMode[3] = pedal.mode;
         CommonData[3] = pedal.record;
@@ -283,10 +288,9 @@ TEST_F(StandardDialogTest, WritingSendsTheRecordAndTheParametersAndNamesThePedal
     click(write());
     EXPECT_EQ(boxes.messages().last(),
               QStringLiteral("The settings of the Right End Pedal have finished successfully."));
-    EXPECT_EQ(requests,
-              (std::vector<hid::Report>{
-                  {0x94, 4, 0, 0x02, 0x04, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11},
-                  {0x92, 25, 20, 15, 15, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}}));
+    EXPECT_EQ(requests, (std::vector<hid::Report>{
+                            {0x94, 4, 0, 0x02, 0x04, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11},
+                            {0x92, 25, 20, 15, 15, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}}));
     EXPECT_EQ(unit.memory().timing, (std::array<std::uint8_t, 4>{25, 20, 15, 15}));
     EXPECT_TRUE(showsUnit(unit));
 }
@@ -323,7 +327,8 @@ struct WriteTrouble
 
 class WriteTroubleTest : public StandardDialogTest,
                          public ::testing::WithParamInterface<WriteTrouble>
-{};
+{
+};
 
 TEST_P(WriteTroubleTest, IsToldOnceLeavesAWholeRecordAndTheNextEditWorks)
 {
@@ -358,7 +363,8 @@ TEST_P(WriteTroubleTest, IsToldOnceLeavesAWholeRecordAndTheNextEditWorks)
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, WriteTroubleTest,
-    ::testing::Values(WriteTrouble{FaultKind::RefuseSend, 1, QStringLiteral("sending error"), false},
+    ::testing::Values(WriteTrouble{FaultKind::RefuseSend, 1, QStringLiteral("sending error"),
+                                   false},
                       WriteTrouble{FaultKind::RefuseSend, 2, QStringLiteral("sending error"), true},
                       WriteTrouble{FaultKind::DropReply, 1, QStringLiteral("timeout"), true},
                       WriteTrouble{FaultKind::DropReply, 2, QStringLiteral("timeout"), true},
@@ -371,7 +377,8 @@ INSTANTIATE_TEST_SUITE_P(
 enum class Moment { DialogOpen, QuestionOpen, SuccessShown, Writing };
 
 class UnplugTest : public StandardDialogTest, public ::testing::WithParamInterface<Moment>
-{};
+{
+};
 
 TEST_P(UnplugTest, TakesTheDialogsDownAndAReplugReadsEverythingAgain)
 {
