@@ -1,6 +1,7 @@
 #include "SimulatedUnit.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 namespace kavelo {
@@ -8,26 +9,129 @@ namespace {
 
 constexpr std::size_t PieceSize = ADDITIONAL_DATA_ONE_TIME;
 
-} // namespace
+PedalMemory *findPedal(UnitMemory &memory, std::uint8_t index)
+{
+    const bool exists = index < memory.numberOfPedals && index < MaxPedals;
+    return exists ? &memory.pedals.at(index) : nullptr;
+}
 
-struct SimulatedUnit::Command
+/// The bytes of one piece of an additional block; empty when there is no such pedal or piece.
+std::span<std::uint8_t> findPiece(UnitMemory &memory, std::uint8_t pedalIndex, std::uint8_t number)
+{
+    PedalMemory *const pedal = findPedal(memory, pedalIndex);
+    const std::size_t start = number * PieceSize;
+    if (pedal == nullptr || start >= pedal->additional.size()) {
+        return {};
+    }
+    const std::size_t size = std::min(PieceSize, pedal->additional.size() - start);
+    return std::span(pedal->additional).subspan(start, size);
+}
+
+bool getVersionNumber(SimulatedUnit &unit, const hid::Report & /*request*/, hid::Report &reply)
+{
+    std::ranges::copy(unit.memory().version, reply.begin() + 2);
+    return true;
+}
+
+bool getNumberOfPedals(SimulatedUnit &unit, const hid::Report & /*request*/, hid::Report &reply)
+{
+    reply[2] = unit.memory().numberOfPedals;
+    return true;
+}
+
+/// Request bytes 1 to 4: the timing parameters.
+bool setParameters(SimulatedUnit &unit, const hid::Report &request, hid::Report & /*reply*/)
+{
+    std::copy_n(request.begin() + 1, unit.memory().timing.size(), unit.memory().timing.begin());
+    return true;
+}
+
+/// Request byte 1: the ability bits.
+bool setKeyboardMouseAbility(SimulatedUnit &unit, const hid::Report &request,
+                             hid::Report & /*reply*/)
+{
+    if (request[1] > 0b11) {
+        return false;
+    }
+    unit.memory().keyboardMouseAbility = request[1];
+    return true;
+}
+
+bool setOutputModeAndData(SimulatedUnit &unit, const hid::Report &request, hid::Report & /*reply*/)
+{
+    PedalMemory *const pedal = findPedal(unit.memory(), request[1]);
+    if (pedal == nullptr) {
+        return false;
+    }
+    pedal->mode = request[2];
+    std::copy_n(request.begin() + 3, pedal->record.size(), pedal->record.begin());
+    return true;
+}
+
+bool getOutputModeAndData(SimulatedUnit &unit, const hid::Report &request, hid::Report &reply)
+{
+    const PedalMemory *const pedal = findPedal(unit.memory(), request[1]);
+    if (pedal == nullptr) {
+        return false;
+    }
+    reply[2] = pedal->mode;
+    std::ranges::copy(pedal->record, reply.begin() + 3);
+    return true;
+}
+
+/// Reply byte 2: bit n for pedal n, set while it is depressed.
+bool getPedalState(SimulatedUnit &unit, const hid::Report & /*request*/, hid::Report &reply)
+{
+    reply[2] = unit.depressedPedals();
+    return true;
+}
+
+/// Request byte 1: pedal, byte 2: piece number, from byte 3 on the piece's 13 bytes, 11 in piece 4.
+bool setAdditionalData(SimulatedUnit &unit, const hid::Report &request, hid::Report & /*reply*/)
+{
+    const std::span<std::uint8_t> bytes = findPiece(unit.memory(), request[1], request[2]);
+    std::copy_n(request.begin() + 3, bytes.size(), bytes.begin());
+    return !bytes.empty();
+}
+
+bool getAdditionalData(SimulatedUnit &unit, const hid::Report &request, hid::Report &reply)
+{
+    const std::span<std::uint8_t> bytes = findPiece(unit.memory(), request[1], request[2]);
+    std::ranges::copy(bytes, reply.begin() + 2);
+    return !bytes.empty();
+}
+
+/// Request byte 1: 1 to 5 pedals.
+bool setNumberOfPedals(SimulatedUnit &unit, const hid::Report &request, hid::Report & /*reply*/)
+{
+    if (request[1] < 1 || request[1] > MaxPedals) {
+        return false;
+    }
+    unit.memory().numberOfPedals = request[1];
+    return true;
+}
+
+struct Command
 {
     std::uint8_t code;
-    bool (SimulatedUnit::*carryOut)(const hid::Report &request, hid::Report &reply);
+    /// Fills the reply from byte 2 on; false when the request can't be carried out.
+    bool (*carryOut)(SimulatedUnit &unit, const hid::Report &request, hid::Report &reply);
 };
 
-const std::array<SimulatedUnit::Command, 10> SimulatedUnit::Commands{{
-    {GET_VERSION_NUMBER, &SimulatedUnit::getVersionNumber},
-    {GET_NUMBER_OF_PEDALS, &SimulatedUnit::getNumberOfPedals},
-    {SET_PARAMETERS, &SimulatedUnit::setParameters},
-    {SET_KEYBOARD_MOUSE_ABILITY, &SimulatedUnit::setKeyboardMouseAbility},
-    {SET_OUTPUT_MODE_AND_DATA, &SimulatedUnit::setOutputModeAndData},
-    {GET_OUTPUT_MODE_AND_DATA, &SimulatedUnit::getOutputModeAndData},
-    {GET_PEDAL_STATE, &SimulatedUnit::getPedalState},
-    {SET_ADDITIONAL_DATA, &SimulatedUnit::setAdditionalData},
-    {GET_ADDITIONAL_DATA, &SimulatedUnit::getAdditionalData},
-    {SET_NUMBER_OF_PEDALS, &SimulatedUnit::setNumberOfPedals},
+constexpr std::array<Command, 10> Commands{{
+    {GET_VERSION_NUMBER, getVersionNumber},
+    {GET_NUMBER_OF_PEDALS, getNumberOfPedals},
+    {SET_PARAMETERS, setParameters},
+    {SET_KEYBOARD_MOUSE_ABILITY, setKeyboardMouseAbility},
+    {SET_OUTPUT_MODE_AND_DATA, setOutputModeAndData},
+    {GET_OUTPUT_MODE_AND_DATA, getOutputModeAndData},
+    {GET_PEDAL_STATE, getPedalState},
+    {SET_ADDITIONAL_DATA, setAdditionalData},
+    {GET_ADDITIONAL_DATA, getAdditionalData},
+    {SET_NUMBER_OF_PEDALS, setNumberOfPedals},
 }};
+
+} // namespace
 
 SimulatedUnit::SimulatedUnit(QObject *parent)
     : QObject(parent)
@@ -39,6 +143,7 @@ SimulatedUnit::SimulatedUnit(QObject *parent)
 
 SimulatedUnit::~SimulatedUnit()
 {
+    m_pending.clear();
     setPowered(false);
 }
 
@@ -147,110 +252,10 @@ hid::Report SimulatedUnit::carryOut(const hid::Report &request)
 {
     hid::Report reply{request[0], request[1]};
     const auto *const command = std::ranges::find(Commands, request[0], &Command::code);
-    if (command == Commands.end() || !(this->*command->carryOut)(request, reply)) {
+    if (command == Commands.end() || !command->carryOut(*this, request, reply)) {
         reply[2] = RejectedStatus;
     }
     return reply;
-}
-
-PedalMemory *SimulatedUnit::pedal(std::uint8_t index)
-{
-    const bool exists = index < m_memory.numberOfPedals && index < MaxPedals;
-    return exists ? &m_memory.pedals.at(index) : nullptr;
-}
-
-std::span<std::uint8_t> SimulatedUnit::piece(std::uint8_t pedalIndex, std::uint8_t pieceNumber)
-{
-    PedalMemory *const memory = pedal(pedalIndex);
-    const std::size_t start = pieceNumber * PieceSize;
-    if (memory == nullptr || start >= memory->additional.size()) {
-        return {};
-    }
-    const std::size_t size = std::min(PieceSize, memory->additional.size() - start);
-    return std::span(memory->additional).subspan(start, size);
-}
-
-bool SimulatedUnit::getVersionNumber(const hid::Report & /*request*/, hid::Report &reply)
-{
-    std::ranges::copy(m_memory.version, reply.begin() + 2);
-    return true;
-}
-
-bool SimulatedUnit::getNumberOfPedals(const hid::Report & /*request*/, hid::Report &reply)
-{
-    reply[2] = m_memory.numberOfPedals;
-    return true;
-}
-
-/// Request bytes 1 to 4: the timing parameters.
-bool SimulatedUnit::setParameters(const hid::Report &request, hid::Report & /*reply*/)
-{
-    std::copy_n(request.begin() + 1, m_memory.timing.size(), m_memory.timing.begin());
-    return true;
-}
-
-/// Request byte 1: the ability bits.
-bool SimulatedUnit::setKeyboardMouseAbility(const hid::Report &request, hid::Report & /*reply*/)
-{
-    if (request[1] > 0b11) {
-        return false;
-    }
-    m_memory.keyboardMouseAbility = request[1];
-    return true;
-}
-
-bool SimulatedUnit::setOutputModeAndData(const hid::Report &request, hid::Report & /*reply*/)
-{
-    PedalMemory *const memory = pedal(request[1]);
-    if (memory == nullptr) {
-        return false;
-    }
-    memory->mode = request[2];
-    std::copy_n(request.begin() + 3, memory->record.size(), memory->record.begin());
-    return true;
-}
-
-bool SimulatedUnit::getOutputModeAndData(const hid::Report &request, hid::Report &reply)
-{
-    const PedalMemory *const memory = pedal(request[1]);
-    if (memory == nullptr) {
-        return false;
-    }
-    reply[2] = memory->mode;
-    std::ranges::copy(memory->record, reply.begin() + 3);
-    return true;
-}
-
-/// Reply byte 2: bit n for pedal n, set while it is depressed.
-bool SimulatedUnit::getPedalState(const hid::Report & /*request*/, hid::Report &reply)
-{
-    reply[2] = m_depressedPedals;
-    return true;
-}
-
-/// Request byte 1: pedal, byte 2: piece number, from byte 3 on the piece's 13 bytes, 11 in piece 4.
-bool SimulatedUnit::setAdditionalData(const hid::Report &request, hid::Report & /*reply*/)
-{
-    const std::span<std::uint8_t> bytes = piece(request[1], request[2]);
-    std::copy_n(request.begin() + 3, bytes.size(), bytes.begin());
-    return !bytes.empty();
-}
-
-bool SimulatedUnit::getAdditionalData(const hid::Report &request, hid::Report &reply)
-{
-    const std::span<std::uint8_t> bytes = piece(request[1], request[2]);
-    std::ranges::copy(bytes, reply.begin() + 2);
-    return !bytes.empty();
-}
-
-/// Request byte 1: 1 to 5 pedals.
-bool SimulatedUnit::setNumberOfPedals(const hid::Report &request, hid::Report & /*reply*/)
-{
-    if (request[1] < 1 || request[1] > MaxPedals) {
-        return false;
-    }
-    m_memory.numberOfPedals = request[1];
-    return true;
 }
 
 } // namespace kavelo

@@ -12,7 +12,6 @@
 #include <cstdint>
 #include <deque>
 #include <random>
-#include <span>
 
 namespace kavelo {
 
@@ -92,6 +91,7 @@ struct Exchange
 class SimulatedUnit : public QObject
 {
     Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SimulatedUnit)
 
 public:
     static constexpr std::chrono::milliseconds MaxReplyDelay{5000};
@@ -155,28 +155,11 @@ private:
         std::chrono::milliseconds delay{};
     };
 
-    struct Command;
-    static const std::array<Command, 10> Commands;
-
     [[nodiscard]] FaultKind nextFault();
     [[nodiscard]] hid::Report carryOut(const hid::Report &request);
     [[nodiscard]] hid::Report garbage();
     void startOnFirst();
     void finishFirst();
-    [[nodiscard]] PedalMemory *pedal(std::uint8_t index);
-    [[nodiscard]] std::span<std::uint8_t> piece(std::uint8_t pedalIndex, std::uint8_t pieceNumber);
-
-    // One for each command: fills the reply from byte 2 on; false when it can't be carried out.
-    bool getVersionNumber(const hid::Report &request, hid::Report &reply);
-    bool getNumberOfPedals(const hid::Report &request, hid::Report &reply);
-    bool setParameters(const hid::Report &request, hid::Report &reply);
-    bool setKeyboardMouseAbility(const hid::Report &request, hid::Report &reply);
-    bool setOutputModeAndData(const hid::Report &request, hid::Report &reply);
-    bool getOutputModeAndData(const hid::Report &request, hid::Report &reply);
-    bool getPedalState(const hid::Report &request, hid::Report &reply);
-    bool setAdditionalData(const hid::Report &request, hid::Report &reply);
-    bool getAdditionalData(const hid::Report &request, hid::Report &reply);
-    bool setNumberOfPedals(const hid::Report &request, hid::Report &reply);
 
     hid::Matching m_matching = KaveloMatching;
     UnitMemory m_memory;
