@@ -1,0 +1,181 @@
+#include "SimulatedHidManager.h"
+
+#include "Protocol.h"
+#include "SimulatedBus.h"
+#include "SimulatedUnit.h"
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+using namespace kavelo;
+using Devices = std::vector<hid::DeviceRef>;
+
+namespace {
+
+/// Lets everything that is due happen.
+void turnLoop()
+{
+    QTest::qWait(5);
+}
+
+void note(void *context, const hid::DeviceRef &device)
+{
+    static_cast<Devices *>(context)->push_back(device);
+}
+
+void countReport(void *context, std::span<const std::uint8_t> report)
+{
+    EXPECT_EQ(report.size(), hid::ReportSize);
+    ++*static_cast<int *>(context);
+}
+
+class SimulatedHidManagerTest : public testing::Test
+{
+protected:
+    void SetUp() override { bus::reset(); }
+    void TearDown() override { bus::reset(); }
+
+    void openManager()
+    {
+        manager = hid::createManager();
+        manager->setDeviceMatching(KaveloMatching);
+        ASSERT_TRUE(manager->open());
+    }
+
+    void watch()
+    {
+        manager->registerDeviceMatchingCallback(note, &arrived);
+        manager->registerDeviceRemovalCallback(note, &removed);
+    }
+
+    SimulatedUnit unit;
+    SimulatedUnit secondUnit;
+    std::unique_ptr<hid::Manager> manager;
+    Devices arrived;
+    Devices removed;
+};
+
+TEST_F(SimulatedHidManagerTest, FindsMatchingUnitsInTheOrderOfPlugging)
+{
+    SimulatedUnit stranger;
+    stranger.setMatching({.vendorId = 0x1209, .productId = 0x0001, .usagePage = 0x0001});
+    bus::plugIn(stranger);
+    bus::plugIn(secondUnit);
+    openManager();
+    bus::plugIn(unit);
+    bus::plugIn(unit);
+    const Devices devices = manager->copyDevices();
+    ASSERT_EQ(devices.size(), 2U);
+    EXPECT_EQ(manager->copyDevices(), devices);
+
+    unit.memory().numberOfPedals = 1;
+    hid::Report buffer{};
+    int count = 0;
+    devices[1]->registerInputReportCallback(buffer, countReport, &count);
+    ASSERT_TRUE(devices[1]->setReport(hid::Report{0x91}));
+    EXPECT_EQ(count, 0);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return count == 1; }));
+    EXPECT_EQ(buffer, (hid::Report{0x91, 0, 1}));
+}
+
+TEST_F(SimulatedHidManagerTest, AnnouncesArrivalAndRemovalOnceAndLater)
+{
+    bus::plugIn(unit);
+    openManager();
+    watch();
+    bus::plugIn(secondUnit);
+    const Devices present = manager->copyDevices();
+    EXPECT_TRUE(arrived.empty());
+    turnLoop();
+    EXPECT_EQ(arrived, present);
+
+    bus::unplug(unit);
+    EXPECT_EQ(manager->copyDevices(), Devices{present[1]});
+    EXPECT_TRUE(removed.empty());
+    turnLoop();
+    EXPECT_EQ(removed, Devices{present[0]});
+
+    bus::plugIn(unit);
+    turnLoop();
+    ASSERT_EQ(arrived.size(), 3U);
+    EXPECT_NE(arrived[2], present[0]);
+    EXPECT_EQ(manager->copyDevices(), (Devices{present[1], arrived[2]}));
+}
+
+TEST_F(SimulatedHidManagerTest, DoesNotAnnounceWhatIsOverOrNoLongerAskedFor)
+{
+    openManager();
+    watch();
+    bus::plugIn(unit);
+    bus::plugIn(secondUnit);
+    bus::unplug(unit);
+    watch(); // announces the present unit anew, but only once in all
+    turnLoop();
+    EXPECT_EQ(arrived, manager->copyDevices());
+    EXPECT_EQ(removed.size(), 1U);
+
+    manager->registerDeviceMatchingCallback(note, &arrived);
+    bus::unplug(secondUnit);
+    bus::plugIn(secondUnit);
+    manager->registerDeviceMatchingCallback(nullptr, nullptr);
+    manager->registerDeviceRemovalCallback(nullptr, nullptr);
+    turnLoop();
+    EXPECT_EQ(arrived.size(), 1U);
+    EXPECT_EQ(removed.size(), 1U);
+
+    watch();
+    bus::unplug(secondUnit);
+    manager.reset();
+    turnLoop();
+    EXPECT_EQ(arrived.size(), 1U);
+    EXPECT_EQ(removed.size(), 1U);
+}
+
+TEST_F(SimulatedHidManagerTest, WritesTheBufferOnlyWhileACallbackIsOn)
+{
+    bus::plugIn(unit);
+    openManager();
+    const hid::DeviceRef device = manager->copyDevices().at(0);
+    hid::Report buffer{};
+    int count = 0;
+    device->registerInputReportCallback(buffer, countReport, &count);
+    ASSERT_TRUE(device->setReport(hid::Report{0x91}));
+    device->registerInputReportCallback(buffer, nullptr, nullptr);
+    turnLoop();
+    EXPECT_EQ(buffer, hid::Report{});
+
+    // A device that is gone neither sends nor hears the unit's next stay on the bus.
+    device->registerInputReportCallback(buffer, countReport, &count);
+    bus::unplug(unit);
+    EXPECT_FALSE(device->setReport(hid::Report{0x91}));
+    bus::plugIn(unit);
+    ASSERT_TRUE(manager->copyDevices().at(0)->setReport(hid::Report{0x91}));
+    turnLoop();
+    EXPECT_FALSE(device->setReport(hid::Report{0x91}));
+    EXPECT_EQ(buffer, hid::Report{});
+    EXPECT_EQ(count, 0);
+}
+
+TEST_F(SimulatedHidManagerTest, UnitsThatGoByThemselvesAreRemoved)
+{
+    openManager();
+    watch();
+    auto mortal = std::make_unique<SimulatedUnit>();
+    bus::plugIn(*mortal);
+    bus::plugIn(unit);
+    const Devices devices = manager->copyDevices();
+    unit.setFault({.kind = FaultKind::Unplug, .exchange = 1});
+    EXPECT_TRUE(devices[1]->setReport(hid::Report{0x90}));
+    EXPECT_FALSE(bus::isPluggedIn(unit));
+    mortal.reset();
+    EXPECT_TRUE(manager->copyDevices().empty());
+    EXPECT_FALSE(devices[0]->setReport(hid::Report{0x90}));
+    turnLoop();
+    EXPECT_EQ(removed, (Devices{devices[1], devices[0]}));
+}
+
+} // namespace
