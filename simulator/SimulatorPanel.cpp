@@ -1,0 +1,150 @@
+#include "SimulatorPanel.h"
+
+#include "ui_SimulatorPanel.h"
+
+#include "ExchangeModel.h"
+#include "SimulatedBus.h"
+#include "SimulatedUnit.h"
+
+#include <QFontDatabase>
+
+#include <array>
+
+namespace kavelo {
+namespace {
+
+struct FaultItem
+{
+    FaultKind kind;
+    QString text;
+};
+
+std::array<FaultItem, 6> faultItems()
+{
+    return {{
+        {FaultKind::None, QStringLiteral("None")},
+        {FaultKind::RefuseSend, QStringLiteral("Refuse the send")},
+        {FaultKind::DropReply, QStringLiteral("Drop the reply")},
+        {FaultKind::AnswerLate, QStringLiteral("Answer late")},
+        {FaultKind::AnswerGarbage, QStringLiteral("Answer garbage")},
+        {FaultKind::Unplug, QStringLiteral("Unplug")},
+    }};
+}
+
+std::array<QSpinBox *, 3> versionBoxes(const Ui::SimulatorPanel &ui)
+{
+    return {ui.versionMajor, ui.versionMinor, ui.versionRevision};
+}
+
+} // namespace
+
+SimulatorPanel::SimulatorPanel(SimulatedUnit &unit, QWidget *parent)
+    : QWidget(parent)
+    , m_unit(unit)
+    , m_ui(std::make_unique<Ui::SimulatorPanel>())
+    , m_exchanges(new ExchangeModel(this))
+{
+    m_ui->setupUi(this);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    for (const FaultItem &item : faultItems()) {
+        m_ui->fault->addItem(item.text, static_cast<int>(item.kind));
+    }
+    showUnit();
+    connectControls();
+    setUpExchanges();
+}
+
+SimulatorPanel::~SimulatorPanel() = default;
+
+void SimulatorPanel::showUnit()
+{
+    showPlugged(m_unit.isPowered());
+    m_ui->numberOfPedals->setValue(m_unit.memory().numberOfPedals);
+    const auto boxes = versionBoxes(*m_ui);
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        boxes.at(i)->setValue(m_unit.memory().version.at(i));
+    }
+    m_ui->replyDelay->setValue(static_cast<int>(m_unit.replyDelay().count()));
+    m_ui->lateness->setValue(static_cast<int>(m_unit.lateness().count()));
+    m_ui->fault->setCurrentIndex(m_ui->fault->findData(static_cast<int>(m_unit.fault().kind)));
+    m_ui->faultExchange->setValue(m_unit.fault().exchange);
+}
+
+void SimulatorPanel::connectControls()
+{
+    connect(m_ui->pluggedIn, &QCheckBox::clicked, this, &SimulatorPanel::plug);
+    connect(m_ui->replug, &QPushButton::clicked, this, &SimulatorPanel::replug);
+    connect(&m_unit, &SimulatedUnit::poweredChanged, this, &SimulatorPanel::showPlugged);
+    connect(m_ui->numberOfPedals, &QSpinBox::valueChanged, this, [this](int count) {
+        m_unit.memory().numberOfPedals = static_cast<std::uint8_t>(count);
+    });
+    for (const QSpinBox *box : versionBoxes(*m_ui)) {
+        connect(box, &QSpinBox::valueChanged, this, &SimulatorPanel::setVersion);
+    }
+    connect(m_ui->replyDelay, &QSpinBox::valueChanged, this,
+            [this](int delay) { m_unit.setReplyDelay(std::chrono::milliseconds(delay)); });
+    connect(m_ui->lateness, &QSpinBox::valueChanged, this,
+            [this](int lateness) { m_unit.setLateness(std::chrono::milliseconds(lateness)); });
+    // Choosing the same fault again arms it again.
+    connect(m_ui->fault, &QComboBox::activated, this, &SimulatorPanel::setFault);
+    connect(m_ui->faultExchange, &QSpinBox::valueChanged, this, &SimulatorPanel::setFault);
+}
+
+void SimulatorPanel::setUpExchanges()
+{
+    m_ui->exchanges->setModel(m_exchanges);
+    connect(&m_unit, &SimulatedUnit::exchanged, m_exchanges, &ExchangeModel::record);
+    connect(m_exchanges, &ExchangeModel::rowsInserted, m_ui->exchanges, &QTreeView::scrollToBottom);
+    connect(m_ui->clear, &QPushButton::clicked, m_exchanges, &ExchangeModel::clear);
+
+    // Wide enough for the longest text of every column.
+    const QFontMetrics metrics(m_ui->exchanges->font());
+    const QFontMetrics fixedMetrics(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    const int padding = metrics.horizontalAdvance(QStringLiteral("MM"));
+    const int reportWidth = fixedMetrics.horizontalAdvance(QString(hid::ReportSize * 3, u'0'));
+    const std::array<int, ExchangeModel::ColumnCount> widths{
+        metrics.horizontalAdvance(QStringLiteral("00:00:00.000")),
+        metrics.horizontalAdvance(QLatin1String(SET_KEYBOARD_MOUSE_ABILITY_CHAR.data())),
+        reportWidth, reportWidth};
+    for (int column = 0; column < ExchangeModel::ColumnCount; ++column) {
+        m_ui->exchanges->setColumnWidth(column,
+                                        widths.at(static_cast<std::size_t>(column)) + padding);
+    }
+}
+
+void SimulatorPanel::showPlugged(bool pluggedIn)
+{
+    m_ui->pluggedIn->setChecked(pluggedIn);
+    m_ui->replug->setEnabled(pluggedIn);
+}
+
+void SimulatorPanel::plug(bool in)
+{
+    if (in) {
+        bus::plugIn(m_unit);
+    } else {
+        bus::unplug(m_unit);
+    }
+}
+
+void SimulatorPanel::replug()
+{
+    bus::unplug(m_unit);
+    bus::plugIn(m_unit);
+}
+
+void SimulatorPanel::setVersion()
+{
+    const auto boxes = versionBoxes(*m_ui);
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        m_unit.memory().version.at(i) = static_cast<std::uint8_t>(boxes.at(i)->value());
+    }
+}
+
+void SimulatorPanel::setFault()
+{
+    m_unit.setFault({.kind = static_cast<FaultKind>(m_ui->fault->currentData().toInt()),
+                     .exchange = m_ui->faultExchange->value()});
+}
+
+} // namespace kavelo

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+
+namespace kavelo {
+
+class ExchangeModel;
+class SimulatedUnit;
+
+namespace Ui {
+class SimulatorPanel;
+}
+
+/// The window beside the utility that plugs a simulated unit in and out, sets it up, makes it fail
+/// and lists its exchanges. Closing the utility ends the program although this window is open.
+class SimulatorPanel : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SimulatorPanel)
+
+public:
+    /// The unit must outlive the panel.
+    explicit SimulatorPanel(SimulatedUnit &unit, QWidget *parent = nullptr);
+    ~SimulatorPanel() override;
+
+private:
+    void showUnit();
+    void connectControls();
+    void setUpExchanges();
+    void showPlugged(bool pluggedIn);
+    void plug(bool in);
+    void replug();
+    void setVersion();
+    void setFault();
+
+    SimulatedUnit &m_unit;
+    std::unique_ptr<Ui::SimulatorPanel> m_ui;
+    ExchangeModel *m_exchanges;
+};
+
+} // namespace kavelo
