@@ -1,0 +1,153 @@
+#include "HidrawDevice.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+namespace kavelo::hid {
+namespace {
+
+/// The kernel keeps this many unread reports of a node. One wake-up reads no more, so that a unit
+/// that never stops sending can't hold up the event loop; what is left wakes it again.
+constexpr int ReportsPerWakeUp = 64;
+
+bool isPermissionError(int error)
+{
+    return error == EACCES || error == EPERM;
+}
+
+/// Repeats a system call that a signal interrupted.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR) {
+        result = call();
+    }
+    return result;
+}
+
+} // namespace
+
+HidrawDevice::HidrawDevice(std::string syspath, std::string node)
+    : m_syspath(std::move(syspath))
+    , m_node(std::move(node))
+{
+}
+
+void HidrawDevice::registerInputReportCallback(std::span<std::uint8_t, ReportSize> buffer,
+                                               InputReportCallback callback, void *context)
+{
+    m_callback = callback;
+    if (!callback) {
+        // Reports that still come in are read and dropped, so that none of them waits in the
+        // kernel to answer a later listener.
+        m_buffer = {};
+        m_context = nullptr;
+        return;
+    }
+    m_buffer = buffer;
+    m_context = context;
+    ensureOpen();
+}
+
+bool HidrawDevice::setReport(std::span<const std::uint8_t, ReportSize> report)
+{
+    if (!ensureOpen()) {
+        return false;
+    }
+    // hidraw takes the report ID in front of the report: 0, as the unit's are not numbered.
+    std::array<std::uint8_t, 1 + ReportSize> message = {};
+    std::ranges::copy(report, message.begin() + 1);
+    const ssize_t sent =
+        uninterrupted([&] { return ::write(m_file.get(), message.data(), message.size()); });
+    return sent == std::ssize(message);
+}
+
+void HidrawDevice::retire()
+{
+    m_retired = true;
+    m_callback = nullptr;
+    m_buffer = {};
+    m_context = nullptr;
+    m_notifier.reset();
+    m_file.reset();
+}
+
+bool HidrawDevice::ensureOpen()
+{
+    if (m_file) {
+        return true;
+    }
+    if (m_retired) {
+        return false;
+    }
+    FileDescriptor file(
+        uninterrupted([this] { return ::open(m_node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC); }));
+    if (!file) {
+        reportOpenFailure(errno);
+        return false;
+    }
+    // The kernel gives a node's name to the next device once this one is gone. Its directory under
+    // /sys is never given twice, so while that stands the node was this device's.
+    if (::access(m_syspath.c_str(), F_OK) != 0) {
+        return false;
+    }
+    m_file = std::move(file);
+    m_notifier = std::make_unique<QSocketNotifier>(m_file.get(), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &HidrawDevice::readReports);
+    return true;
+}
+
+void HidrawDevice::reportOpenFailure(int error)
+{
+    if (std::exchange(m_openFailureReported, true)) {
+        return;
+    }
+    const std::string reason = std::generic_category().message(error);
+    const char *cure = isPermissionError(error)
+                           ? "; install the udev rule 70-kavelo.rules and plug the unit in again"
+                           : "";
+    std::fprintf(stderr, "kavelo: cannot open %s: %s%s\n", m_node.c_str(), reason.c_str(), cure);
+}
+
+void HidrawDevice::readReports()
+{
+    // A callback may let go of the last reference to this device.
+    const std::shared_ptr<HidrawDevice> self = shared_from_this();
+    for (int i = 0; i < ReportsPerWakeUp && m_file; ++i) {
+        if (!readReport()) {
+            return;
+        }
+    }
+}
+
+/// Takes one report from the node. False when none is left.
+bool HidrawDevice::readReport()
+{
+    // Of a report longer than this the kernel drops the rest.
+    Report report = {};
+    const ssize_t received =
+        uninterrupted([&] { return ::read(m_file.get(), report.data(), report.size()); });
+    if (received < 0 && errno == EAGAIN) {
+        return false;
+    }
+    if (received <= 0) {
+        retire();
+        Q_EMIT gone();
+        return false;
+    }
+    if (m_callback) {
+        const auto filled = m_buffer.first(static_cast<std::size_t>(received));
+        std::copy_n(report.begin(), filled.size(), filled.begin());
+        m_callback(m_context, filled);
+    }
+    return true;
+}
+
+} // namespace kavelo::hid

@@ -1,0 +1,239 @@
+#include "HidrawManager.h"
+
+#include "ReportDescriptor.h"
+
+#include <QByteArray>
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace kavelo::hid {
+namespace {
+
+constexpr const char *Subsystem = "hidraw";
+
+/// Most bytes of a report descriptor; the kernel takes no longer one.
+constexpr qint64 MaximumDescriptorSize = 4096;
+
+struct HidId
+{
+    std::uint32_t vendorId = 0;
+    std::uint32_t productId = 0;
+};
+
+/// Reads the kernel's HID_ID: bus, vendor and product in hex, separated by colons.
+std::optional<HidId> parseHidId(const char *text)
+{
+    const QList<QByteArray> fields = QByteArray(text).split(':');
+    if (fields.size() != 3) {
+        return std::nullopt;
+    }
+    bool vendorOk = false;
+    bool productOk = false;
+    const HidId id{fields[1].toUInt(&vendorOk, 16), fields[2].toUInt(&productOk, 16)};
+    return vendorOk && productOk ? std::optional(id) : std::nullopt;
+}
+
+/// The report descriptor's bytes, none if it can't be read. Not asked of libudev, which cuts an
+/// attribute at its first zero byte.
+QByteArray readDescriptor(udev_device *hidDevice)
+{
+    QFile file(QFile::decodeName(udev_device_get_syspath(hidDevice)) +
+               QStringLiteral("/report_descriptor"));
+    return file.open(QIODevice::ReadOnly) ? file.read(MaximumDescriptorSize) : QByteArray();
+}
+
+} // namespace
+
+HidrawManager::~HidrawManager()
+{
+    for (const HidrawDeviceRef &device : m_devices) {
+        device->retire();
+    }
+}
+
+void HidrawManager::setDeviceMatching(const Matching &matching)
+{
+    m_matching = matching;
+}
+
+bool HidrawManager::open()
+{
+    if (m_udev) {
+        return true;
+    }
+    m_udev.reset(udev_new());
+    // Listening comes first: a device that arrives in between is seen twice and counted once.
+    return m_udev && startMonitor() && enumerate();
+}
+
+std::vector<DeviceRef> HidrawManager::copyDevices()
+{
+    return {m_devices.begin(), m_devices.end()};
+}
+
+void HidrawManager::registerDeviceMatchingCallback(DeviceCallback callback, void *context)
+{
+    m_arrival = {callback, context};
+    ++m_arrivalRegistrations;
+    for (const HidrawDeviceRef &device : m_devices) {
+        queueArrival(device);
+    }
+}
+
+void HidrawManager::registerDeviceRemovalCallback(DeviceCallback callback, void *context)
+{
+    m_removal = {callback, context};
+}
+
+bool HidrawManager::startMonitor()
+{
+    // The events that udev sends on, after it has set the node's permissions, not the kernel's.
+    m_monitor.reset(udev_monitor_new_from_netlink(m_udev.get(), "udev"));
+    if (!m_monitor ||
+        udev_monitor_filter_add_match_subsystem_devtype(m_monitor.get(), Subsystem, nullptr) < 0 ||
+        udev_monitor_enable_receiving(m_monitor.get()) < 0) {
+        return false;
+    }
+    m_monitorNotifier = std::make_unique<QSocketNotifier>(udev_monitor_get_fd(m_monitor.get()),
+                                                          QSocketNotifier::Read);
+    connect(m_monitorNotifier.get(), &QSocketNotifier::activated, this,
+            &HidrawManager::receiveEvents);
+    return true;
+}
+
+bool HidrawManager::enumerate()
+{
+    const UdevEnumerate found(udev_enumerate_new(m_udev.get()));
+    if (!found || udev_enumerate_add_match_subsystem(found.get(), Subsystem) < 0 ||
+        udev_enumerate_scan_devices(found.get()) < 0) {
+        return false;
+    }
+    for (udev_list_entry *entry = udev_enumerate_get_list_entry(found.get()); entry;
+         entry = udev_list_entry_get_next(entry)) {
+        const UdevDevice node(
+            udev_device_new_from_syspath(m_udev.get(), udev_list_entry_get_name(entry)));
+        if (node) {
+            add(node.get());
+        }
+    }
+    return true;
+}
+
+void HidrawManager::receiveEvents()
+{
+    while (const UdevDevice event{udev_monitor_receive_device(m_monitor.get())}) {
+        takeEvent(event.get());
+    }
+    switch (errno) {
+    case EAGAIN:
+    case EINTR:
+    case EINVAL: // a message that makes no sense; it is taken from the queue
+        break;
+    case ENOBUFS: // events were lost
+        enumerate();
+        break;
+    default: // it stays readable for ever and would keep the event loop from sleeping
+        m_monitorNotifier->setEnabled(false);
+    }
+}
+
+void HidrawManager::takeEvent(udev_device *event)
+{
+    const char *action = udev_device_get_action(event);
+    const char *syspath = udev_device_get_syspath(event);
+    if (!action || !syspath) {
+        return;
+    }
+    // The other actions change nothing about which devices are present. After a removal that a
+    // read error gave away they must not bring the device back.
+    if (action == std::string_view("add")) {
+        add(event);
+    } else if (action == std::string_view("remove")) {
+        remove(syspath);
+    }
+}
+
+bool HidrawManager::matches(udev_device *node) const
+{
+    udev_device *hidDevice = udev_device_get_parent_with_subsystem_devtype(node, "hid", nullptr);
+    if (!hidDevice) {
+        return false;
+    }
+    const auto id = parseHidId(udev_device_get_property_value(hidDevice, "HID_ID"));
+    if (!id || id->vendorId != m_matching.vendorId || id->productId != m_matching.productId) {
+        return false;
+    }
+    const QByteArray descriptor = readDescriptor(hidDevice);
+    const std::vector<std::uint8_t> bytes(descriptor.begin(), descriptor.end());
+    return std::ranges::count(applicationUsagePages(bytes), m_matching.usagePage) > 0;
+}
+
+bool HidrawManager::isPresent(const DeviceRef &device) const
+{
+    return std::ranges::count(m_devices, device) > 0;
+}
+
+void HidrawManager::add(udev_device *node)
+{
+    const char *file = udev_device_get_devnode(node);
+    const std::string syspath = udev_device_get_syspath(node);
+    const bool known = std::ranges::count(m_devices, syspath, &HidrawDevice::syspath) > 0;
+    if (!file || known || !matches(node)) {
+        return;
+    }
+    const auto device = std::make_shared<HidrawDevice>(syspath, file);
+    connect(device.get(), &HidrawDevice::gone, this, [this, syspath] { remove(syspath); });
+    m_devices.push_back(device);
+    queueArrival(device);
+}
+
+void HidrawManager::remove(std::string_view syspath)
+{
+    const auto position = std::ranges::find(m_devices, syspath, &HidrawDevice::syspath);
+    if (position == m_devices.end()) {
+        return;
+    }
+    const HidrawDeviceRef device = *position;
+    m_devices.erase(position);
+    device->retire();
+    queueRemoval(device);
+}
+
+/// Has the arrival callback that is registered now called from the event loop, unless it was
+/// replaced or the device went before that.
+void HidrawManager::queueArrival(const DeviceRef &device)
+{
+    if (!m_arrival.callback) {
+        return;
+    }
+    const auto deliver = [this, device, registration = m_arrivalRegistrations] {
+        if (registration == m_arrivalRegistrations && isPresent(device)) {
+            m_arrival.callback(m_arrival.context, device);
+        }
+    };
+    QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
+}
+
+/// Has the removal callback called from the event loop, whichever is registered by then: a holder
+/// that registers anew in between still learns that its device is gone.
+void HidrawManager::queueRemoval(const DeviceRef &device)
+{
+    const auto deliver = [this, device] {
+        if (m_removal.callback) {
+            m_removal.callback(m_removal.context, device);
+        }
+    };
+    QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
+}
+
+std::unique_ptr<Manager> createManager()
+{
+    return std::make_unique<HidrawManager>();
+}
+
+} // namespace kavelo::hid

@@ -1,0 +1,262 @@
+#include "MockBus.h"
+
+#include "FileDescriptor.h"
+
+#include <umockdev.h>
+
+#include <pty.h>
+#include <sys/types.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <deque>
+#include <filesystem>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+
+namespace kavelo::test {
+namespace {
+
+struct Unref
+{
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+
+std::string hex(std::span<const std::uint8_t> bytes)
+{
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        std::array<char, 3> digits = {};
+        std::snprintf(digits.data(), digits.size(), "%02X", byte);
+        text += digits.data();
+    }
+    return text;
+}
+
+std::string hexNumber(unsigned value, int digits)
+{
+    std::array<char, 16> text = {};
+    std::snprintf(text.data(), text.size(), "%0*X", digits, value);
+    return text.data();
+}
+
+void require(bool holds, const char *what)
+{
+    if (!holds) {
+        throw std::runtime_error(what);
+    }
+}
+
+} // namespace
+
+Bytes unitDescriptor()
+{
+    return {
+        0x06, 0x00, 0xFF,             // Usage Page (0xFF00)
+        0x09, 0x01, 0xA1, 0x01,       // Usage (1), Collection (Application)
+        0x15, 0x00, 0x26, 0xFF, 0x00, // Logical Minimum (0), Maximum (255)
+        0x75, 0x08, 0x95, 0x10,       // Report Size (8), Count (16)
+        0x09, 0x02, 0x81, 0x02,       // Usage (2), Input
+        0x09, 0x03, 0x91, 0x02, 0xC0, // Usage (3), Output, End Collection
+    };
+}
+
+struct MockBus::Bed
+{
+    std::unique_ptr<UMockdevTestbed, Unref> testbed{umockdev_testbed_new()};
+};
+
+/// One plugged device. The node is a pty that carries no report: it holds one byte while any
+/// report is queued, so that a poll of the node wakes, and hangs up when the device is cut.
+/// The three handlers run on umockdev's thread.
+struct MockBus::Unit
+{
+    explicit Unit(const std::filesystem::path &link)
+    {
+        int master = -1;
+        int slave = -1;
+        std::array<char, 64> name = {};
+        require(::openpty(&master, &slave, name.data(), nullptr, nullptr) == 0, "openpty");
+        bell = FileDescriptor(master);
+        const FileDescriptor end(slave);
+        termios raw = {};
+        ::tcgetattr(slave, &raw);
+        ::cfmakeraw(&raw);
+        ::tcsetattr(slave, TCSANOW, &raw);
+        std::filesystem::create_symlink(name.data(), link);
+        g_signal_connect(handler.get(), "handle-read", G_CALLBACK(&Unit::handleRead), this);
+        g_signal_connect(handler.get(), "handle-write", G_CALLBACK(&Unit::handleWrite), this);
+    }
+
+    void ring() const { require(::write(bell.get(), "!", 1) == 1, "doorbell"); }
+
+    static gboolean handleRead(UMockdevIoctlBase *, UMockdevIoctlClient *client, Unit *unit);
+    static gboolean handleWrite(UMockdevIoctlBase *, UMockdevIoctlClient *client, Unit *unit);
+
+    std::unique_ptr<UMockdevIoctlBase, Unref> handler{umockdev_ioctl_base_new()};
+    std::vector<std::string> syspaths; ///< from the hidraw node up to the USB device
+    mutable std::mutex mutex;          ///< guards what follows
+    FileDescriptor bell;
+    std::deque<Bytes> reports;
+    std::vector<Bytes> writes;
+    int writeError = 0;
+    int missing = 0;
+};
+
+gboolean MockBus::Unit::handleRead(UMockdevIoctlBase *, UMockdevIoctlClient *client, Unit *unit)
+{
+    const std::lock_guard lock(unit->mutex);
+    if (!unit->bell) {
+        umockdev_ioctl_client_complete(client, -1, EIO);
+        return TRUE;
+    }
+    if (unit->reports.empty()) {
+        umockdev_ioctl_client_complete(client, -1, EAGAIN);
+        return TRUE;
+    }
+    int error = 0;
+    umockdev_ioctl_client_execute(client, &error, nullptr); // takes the byte from the pty
+    const Bytes report = unit->reports.front();
+    unit->reports.pop_front();
+    if (!unit->reports.empty()) {
+        unit->ring();
+    }
+    UMockdevIoctlData *target = umockdev_ioctl_client_get_arg(client);
+    Bytes taken(report.begin(),
+                report.begin() + std::min(std::ssize(report), std::ptrdiff_t{target->data_len}));
+    umockdev_ioctl_data_update(target, 0, taken.data(), static_cast<gint>(taken.size()));
+    umockdev_ioctl_client_complete(client, static_cast<glong>(taken.size()), 0);
+    return TRUE;
+}
+
+gboolean MockBus::Unit::handleWrite(UMockdevIoctlBase *, UMockdevIoctlClient *client, Unit *unit)
+{
+    const std::lock_guard lock(unit->mutex);
+    const int error = unit->bell ? unit->writeError : ENODEV;
+    if (error != 0) {
+        umockdev_ioctl_client_complete(client, -1, error);
+        return TRUE;
+    }
+    const UMockdevIoctlData *source = umockdev_ioctl_client_get_arg(client);
+    unit->writes.emplace_back(source->data, source->data + source->data_len);
+    umockdev_ioctl_client_complete(client, source->data_len - unit->missing, 0);
+    return TRUE;
+}
+
+MockBus::MockBus()
+    : m_bed(std::make_unique<Bed>())
+{
+}
+
+MockBus::~MockBus()
+{
+    while (!m_units.empty()) {
+        unplug(std::string(m_units.begin()->first));
+    }
+}
+
+std::string MockBus::plug(const PluggedDevice &options)
+{
+    const std::string number = std::to_string(options.number);
+    const std::string node = "/dev/hidraw" + number;
+    require(!m_units.contains(node), "this node is plugged already");
+    gchar *root = umockdev_testbed_get_root_dir(m_bed->testbed.get());
+    const std::filesystem::path link = root + node;
+    g_free(root);
+    std::filesystem::create_directories(link.parent_path());
+    std::filesystem::remove(link);
+    auto unit = std::make_unique<Unit>(link);
+
+    const std::string vendor = hexNumber(options.vendorId, 8);
+    const std::string product = hexNumber(options.productId, 8);
+    const std::string usb = "/devices/usb1/1-" + number;
+    const std::string interface = usb + "/1-" + number + ":1.0";
+    const std::string hid = interface + "/0003:" + hexNumber(options.vendorId, 4) + ":" +
+                            hexNumber(options.productId, 4) + "." + number;
+    const std::string hidraw = hid + "/hidraw/hidraw" + number;
+    for (const std::string &path : {hidraw, hid, interface, usb}) {
+        unit->syspaths.push_back("/sys" + path);
+    }
+    const std::string text =
+        "P: " + usb + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n" + "P: " + interface +
+        "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\n" + "P: " + hid +
+        "\nE: SUBSYSTEM=hid\nE: HID_ID=0003:" + vendor + ":" + product +
+        "\nH: report_descriptor=" + hex(options.descriptor) + "\n\n" + "P: " + hidraw +
+        "\nE: SUBSYSTEM=hidraw\nE: DEVNAME=" + node +
+        "\nE: MAJOR=240\nE: MINOR=" + number + "\nA: dev=240:" + number + "\n\n";
+    UMockdevTestbed *testbed = m_bed->testbed.get();
+    require(umockdev_testbed_attach_ioctl(testbed, node.c_str(), unit->handler.get(), nullptr),
+            "attach_ioctl");
+    require(umockdev_testbed_add_from_string(testbed, text.c_str(), nullptr), "add_from_string");
+    m_units.emplace(node, std::move(unit));
+    return node;
+}
+
+void MockBus::unplug(const std::string &node)
+{
+    cut(node);
+    announceRemoval(node);
+}
+
+void MockBus::cut(const std::string &node)
+{
+    Unit &unit = *m_units.at(node);
+    const std::lock_guard lock(unit.mutex);
+    unit.bell.reset();
+}
+
+void MockBus::announceRemoval(const std::string &node)
+{
+    const Unit &unit = *m_units.at(node);
+    sendEvent(node, "remove");
+    for (const std::string &path : unit.syspaths) {
+        umockdev_testbed_remove_device(m_bed->testbed.get(), path.c_str());
+    }
+    umockdev_testbed_detach_ioctl(m_bed->testbed.get(), node.c_str(), nullptr);
+    m_units.erase(node);
+}
+
+void MockBus::sendEvent(const std::string &node, const char *action)
+{
+    umockdev_testbed_uevent(m_bed->testbed.get(), m_units.at(node)->syspaths.front().c_str(),
+                            action);
+}
+
+void MockBus::queueReport(const std::string &node, std::span<const std::uint8_t> report)
+{
+    Unit &unit = *m_units.at(node);
+    const std::lock_guard lock(unit.mutex);
+    unit.reports.emplace_back(report.begin(), report.end());
+    if (unit.reports.size() == 1) {
+        unit.ring();
+    }
+}
+
+std::size_t MockBus::unreadReports(const std::string &node) const
+{
+    const Unit &unit = *m_units.at(node);
+    const std::lock_guard lock(unit.mutex);
+    return unit.reports.size();
+}
+
+void MockBus::setWriteResult(const std::string &node, int error, int missing)
+{
+    Unit &unit = *m_units.at(node);
+    const std::lock_guard lock(unit.mutex);
+    unit.writeError = error;
+    unit.missing = missing;
+}
+
+std::vector<Bytes> MockBus::writes(const std::string &node) const
+{
+    const Unit &unit = *m_units.at(node);
+    const std::lock_guard lock(unit.mutex);
+    return unit.writes;
+}
+
+} // namespace kavelo::test
