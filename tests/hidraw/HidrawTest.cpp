@@ -8,7 +8,9 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 
-#include <sys/fsuid.h>
+#include <linux/capability.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -59,6 +61,26 @@ bool waitUntil(const std::function<bool()> &holds)
     }
     return holds();
 }
+
+/// While it lives, root has to keep to the permissions of files like anybody else.
+class WithoutFileOverride
+{
+public:
+    WithoutFileOverride()
+    {
+        ::syscall(SYS_capget, &m_header, m_before.data());
+        auto reduced = m_before;
+        reduced[0].effective &= ~(1U << CAP_DAC_OVERRIDE);
+        ::syscall(SYS_capset, &m_header, reduced.data());
+    }
+    WithoutFileOverride(const WithoutFileOverride &) = delete;
+    WithoutFileOverride &operator=(const WithoutFileOverride &) = delete;
+    ~WithoutFileOverride() { ::syscall(SYS_capset, &m_header, m_before.data()); }
+
+private:
+    __user_cap_header_struct m_header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> m_before = {};
+};
 
 /// A manager on a mock bus and what its callbacks were called with.
 class Hidraw : public testing::Test
@@ -426,11 +448,12 @@ TEST_F(Hidraw, ANodeWithoutPermissionStaysAndIsNamedOnce)
     start();
     device = manager->copyDevices().front();
     testing::internal::CaptureStderr();
-    // The kernel checks the permissions of files for this user, who owns nothing here.
-    const auto before = static_cast<uid_t>(::setfsuid(65534));
-    listen(device);
-    EXPECT_FALSE(device->setReport(Report{}));
-    ::setfsuid(before);
+    bus.setPermitted(node, false);
+    {
+        const WithoutFileOverride asAnyUser;
+        listen(device);
+        EXPECT_FALSE(device->setReport(Report{}));
+    }
     const std::string said = testing::internal::GetCapturedStderr();
 
     EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;
@@ -441,6 +464,7 @@ TEST_F(Hidraw, ANodeWithoutPermissionStaysAndIsNamedOnce)
     EXPECT_EQ(manager->copyDevices(), std::vector{device});
     EXPECT_TRUE(removals.empty());
 
+    bus.setPermitted(node, true);
     EXPECT_TRUE(device->setReport(Report{}));
     bus.queueReport(node, reportOf(4));
     EXPECT_TRUE(waitUntil([&] { return !reports.empty(); }));

@@ -88,7 +88,8 @@ struct MockBus::Unit
         ::tcgetattr(slave, &raw);
         ::cfmakeraw(&raw);
         ::tcsetattr(slave, TCSANOW, &raw);
-        std::filesystem::create_symlink(name.data(), link);
+        terminal = name.data();
+        std::filesystem::create_symlink(terminal, link);
         g_signal_connect(handler.get(), "handle-read", G_CALLBACK(&Unit::handleRead), this);
         g_signal_connect(handler.get(), "handle-write", G_CALLBACK(&Unit::handleWrite), this);
     }
@@ -100,6 +101,7 @@ struct MockBus::Unit
 
     std::unique_ptr<UMockdevIoctlBase, Unref> handler{umockdev_ioctl_base_new()};
     std::vector<std::string> syspaths; ///< from the hidraw node up to the USB device
+    std::filesystem::path terminal;    ///< what the node is a link to
     mutable std::mutex mutex;          ///< guards what follows
     FileDescriptor bell;
     std::deque<Bytes> reports;
@@ -187,8 +189,8 @@ std::string MockBus::plug(const PluggedDevice &options)
         "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\n" + "P: " + hid +
         "\nE: SUBSYSTEM=hid\nE: HID_ID=0003:" + vendor + ":" + product +
         "\nH: report_descriptor=" + hex(options.descriptor) + "\n\n" + "P: " + hidraw +
-        "\nE: SUBSYSTEM=hidraw\nE: DEVNAME=" + node +
-        "\nE: MAJOR=240\nE: MINOR=" + number + "\nA: dev=240:" + number + "\n\n";
+        "\nE: SUBSYSTEM=hidraw\nE: DEVNAME=" + node + "\nE: MAJOR=240\nE: MINOR=" + number +
+        "\nA: dev=240:" + number + "\n\n";
     UMockdevTestbed *testbed = m_bed->testbed.get();
     require(umockdev_testbed_attach_ioctl(testbed, node.c_str(), unit->handler.get(), nullptr),
             "attach_ioctl");
@@ -250,6 +252,13 @@ void MockBus::setWriteResult(const std::string &node, int error, int missing)
     const std::lock_guard lock(unit.mutex);
     unit.writeError = error;
     unit.missing = missing;
+}
+
+void MockBus::setPermitted(const std::string &node, bool permitted)
+{
+    std::filesystem::permissions(m_units.at(node)->terminal, permitted
+                                                                 ? std::filesystem::perms(0600)
+                                                                 : std::filesystem::perms::none);
 }
 
 std::vector<Bytes> MockBus::writes(const std::string &node) const

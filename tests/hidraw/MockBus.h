@@ -56,6 +56,9 @@ public:
     /// Has writes to the node fail with `error`, or, at 0, take all bytes but `missing`.
     void setWriteResult(const std::string &node, int error, int missing = 0);
 
+    /// Gives or takes everybody's permission to open the node.
+    void setPermitted(const std::string &node, bool permitted);
+
     /// The writes that the node has seen, each with all its bytes.
     [[nodiscard]] std::vector<Bytes> writes(const std::string &node) const;
 
