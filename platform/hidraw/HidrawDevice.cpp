@@ -69,6 +69,11 @@ bool HidrawDevice::setReport(std::span<const std::uint8_t, ReportSize> report)
     return sent == std::ssize(message);
 }
 
+bool HidrawDevice::openAfterFailure()
+{
+    return m_openFailed && !m_file && ensureOpen();
+}
+
 void HidrawDevice::retire()
 {
     m_retired = true;
@@ -106,7 +111,7 @@ bool HidrawDevice::ensureOpen()
 
 void HidrawDevice::reportOpenFailure(int error)
 {
-    if (std::exchange(m_openFailureReported, true)) {
+    if (std::exchange(m_openFailed, true)) {
         return;
     }
     const std::string reason = std::generic_category().message(error);

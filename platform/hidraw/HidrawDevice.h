@@ -29,6 +29,10 @@ public:
 
     [[nodiscard]] const std::string &syspath() const { return m_syspath; }
 
+    /// Tries once more to open a node that could not be opened before. True when it can now; false
+    /// also when it was never refused or has been opened since.
+    [[nodiscard]] bool openAfterFailure();
+
     /// Ends the device: closes the node for good. Sending fails and no report arrives from now on.
     void retire();
 
@@ -45,7 +49,7 @@ private:
     std::string m_syspath;
     std::string m_node;
     bool m_retired = false;
-    bool m_openFailureReported = false;
+    bool m_openFailed = false;
     FileDescriptor m_file;
     std::unique_ptr<QSocketNotifier> m_notifier;
     std::span<std::uint8_t> m_buffer;

@@ -149,12 +149,20 @@ void HidrawManager::takeEvent(udev_device *event)
     if (!action || !syspath) {
         return;
     }
-    // The other actions change nothing about which devices are present. After a removal that a
-    // read error gave away they must not bring the device back.
-    if (action == std::string_view("add")) {
-        add(event);
-    } else if (action == std::string_view("remove")) {
+    const auto known = find(syspath);
+    if (action == std::string_view("remove")) {
         remove(syspath);
+    } else if (known == m_devices.end()) {
+        // Only "add" brings a device. After a removal that a read error gave away, what else is
+        // said about the node must not bring it back.
+        if (action == std::string_view("add")) {
+            add(event);
+        }
+    } else if ((*known)->openAfterFailure()) {
+        // udev has only now given the permission: it was still at work when the device was found,
+        // or the rule came later. Whoever was refused gets the device as a new one.
+        remove(syspath);
+        add(event);
     }
 }
 
@@ -178,12 +186,17 @@ bool HidrawManager::isPresent(const DeviceRef &device) const
     return std::ranges::count(m_devices, device) > 0;
 }
 
+std::vector<HidrawManager::HidrawDeviceRef>::const_iterator
+HidrawManager::find(std::string_view syspath) const
+{
+    return std::ranges::find(m_devices, syspath, &HidrawDevice::syspath);
+}
+
 void HidrawManager::add(udev_device *node)
 {
     const char *file = udev_device_get_devnode(node);
     const std::string syspath = udev_device_get_syspath(node);
-    const bool known = std::ranges::count(m_devices, syspath, &HidrawDevice::syspath) > 0;
-    if (!file || known || !matches(node)) {
+    if (!file || find(syspath) != m_devices.end() || !matches(node)) {
         return;
     }
     const auto device = std::make_shared<HidrawDevice>(syspath, file);
@@ -194,13 +207,13 @@ void HidrawManager::add(udev_device *node)
 
 void HidrawManager::remove(std::string_view syspath)
 {
-    const auto position = std::ranges::find(m_devices, syspath, &HidrawDevice::syspath);
+    const auto position = find(syspath);
     if (position == m_devices.end()) {
         return;
     }
-    const HidrawDeviceRef device = *position;
+    (*position)->retire();
+    const DeviceRef device = *position;
     m_devices.erase(position);
-    device->retire();
     queueRemoval(device);
 }
 

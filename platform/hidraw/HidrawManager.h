@@ -47,6 +47,7 @@ private:
     void takeEvent(udev_device *event);
     [[nodiscard]] bool matches(udev_device *node) const;
     [[nodiscard]] bool isPresent(const DeviceRef &device) const;
+    [[nodiscard]] std::vector<HidrawDeviceRef>::const_iterator find(std::string_view syspath) const;
     void add(udev_device *node);
     void remove(std::string_view syspath);
     void queueArrival(const DeviceRef &device);

@@ -468,6 +468,38 @@ TEST_F(Hidraw, ANodeWithoutPermissionStaysAndIsNamedOnce)
     EXPECT_TRUE(device->setReport(Report{}));
     bus.queueReport(node, reportOf(4));
     EXPECT_TRUE(waitUntil([&] { return !reports.empty(); }));
+
+    bus.sendEvent(node, "change"); // one that changes nothing any more
+    settle();
+    EXPECT_TRUE(removals.empty());
+}
+
+TEST_F(Hidraw, ARefusedNodeComesAnewWhenUdevGrantsThePermission)
+{
+    node = bus.plug();
+    start();
+    followArrivals();
+    settle();
+    device = manager->copyDevices().front();
+    arrivals.clear();
+    bus.setPermitted(node, false);
+    {
+        const WithoutFileOverride asAnyUser;
+        listen(device);
+        bus.sendEvent(node, "change"); // not the permission yet
+        settle();
+    }
+    EXPECT_EQ(manager->copyDevices(), std::vector{device});
+    EXPECT_TRUE(removals.empty());
+
+    bus.setPermitted(node, true);
+    bus.sendEvent(node, "change");
+    settle();
+    EXPECT_EQ(removals, std::vector{device});
+    EXPECT_EQ(manager->copyDevices(), arrivals);
+    ASSERT_EQ(arrivals.size(), 1U);
+    EXPECT_NE(arrivals.front(), device);
+    EXPECT_TRUE(arrivals.front()->setReport(Report{}));
 }
 
 TEST_F(Hidraw, SleepsWhileNothingHappensEvenOnADeadNode)

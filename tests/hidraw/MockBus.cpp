@@ -165,7 +165,7 @@ MockBus::~MockBus()
 std::string MockBus::plug(const PluggedDevice &options)
 {
     const std::string number = std::to_string(options.number);
-    const std::string node = "/dev/hidraw" + number;
+    std::string node = "/dev/hidraw" + number;
     require(!m_units.contains(node), "this node is plugged already");
     gchar *root = umockdev_testbed_get_root_dir(m_bed->testbed.get());
     const std::filesystem::path link = root + node;
