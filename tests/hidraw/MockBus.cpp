@@ -2,17 +2,18 @@
 
 #include "FileDescriptor.h"
 
+#include <QByteArray>
+#include <QString>
+
 #include <umockdev.h>
 
 #include <pty.h>
-#include <sys/types.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <deque>
 #include <filesystem>
 #include <mutex>
@@ -26,24 +27,6 @@ struct Unref
 {
     void operator()(gpointer object) const { g_object_unref(object); }
 };
-
-std::string hex(std::span<const std::uint8_t> bytes)
-{
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        std::array<char, 3> digits = {};
-        std::snprintf(digits.data(), digits.size(), "%02X", byte);
-        text += digits.data();
-    }
-    return text;
-}
-
-std::string hexNumber(unsigned value, int digits)
-{
-    std::array<char, 16> text = {};
-    std::snprintf(text.data(), text.size(), "%0*X", digits, value);
-    return text.data();
-}
 
 void require(bool holds, const char *what)
 {
@@ -89,6 +72,8 @@ struct MockBus::Unit
         ::cfmakeraw(&raw);
         ::tcsetattr(slave, TCSANOW, &raw);
         terminal = name.data();
+        std::filesystem::create_directories(link.parent_path());
+        std::filesystem::remove(link);
         std::filesystem::create_symlink(terminal, link);
         g_signal_connect(handler.get(), "handle-read", G_CALLBACK(&Unit::handleRead), this);
         g_signal_connect(handler.get(), "handle-write", G_CALLBACK(&Unit::handleWrite), this);
@@ -100,7 +85,7 @@ struct MockBus::Unit
     static gboolean handleWrite(UMockdevIoctlBase *, UMockdevIoctlClient *client, Unit *unit);
 
     std::unique_ptr<UMockdevIoctlBase, Unref> handler{umockdev_ioctl_base_new()};
-    std::vector<std::string> syspaths; ///< from the hidraw node up to the USB device
+    std::vector<std::string> syspaths; ///< of the hidraw node and of its HID parent
     std::filesystem::path terminal;    ///< what the node is a link to
     mutable std::mutex mutex;          ///< guards what follows
     FileDescriptor bell;
@@ -164,37 +149,32 @@ MockBus::~MockBus()
 
 std::string MockBus::plug(const PluggedDevice &options)
 {
-    const std::string number = std::to_string(options.number);
-    std::string node = "/dev/hidraw" + number;
+    std::string node = "/dev/hidraw" + std::to_string(options.number);
     require(!m_units.contains(node), "this node is plugged already");
     gchar *root = umockdev_testbed_get_root_dir(m_bed->testbed.get());
-    const std::filesystem::path link = root + node;
+    auto unit = std::make_unique<Unit>(root + node);
     g_free(root);
-    std::filesystem::create_directories(link.parent_path());
-    std::filesystem::remove(link);
-    auto unit = std::make_unique<Unit>(link);
 
-    const std::string vendor = hexNumber(options.vendorId, 8);
-    const std::string product = hexNumber(options.productId, 8);
-    const std::string usb = "/devices/usb1/1-" + number;
-    const std::string interface = usb + "/1-" + number + ":1.0";
-    const std::string hid = interface + "/0003:" + hexNumber(options.vendorId, 4) + ":" +
-                            hexNumber(options.productId, 4) + "." + number;
-    const std::string hidraw = hid + "/hidraw/hidraw" + number;
-    for (const std::string &path : {hidraw, hid, interface, usb}) {
-        unit->syspaths.push_back("/sys" + path);
-    }
-    const std::string text =
-        "P: " + usb + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n\n" + "P: " + interface +
-        "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n\n" + "P: " + hid +
-        "\nE: SUBSYSTEM=hid\nE: HID_ID=0003:" + vendor + ":" + product +
-        "\nH: report_descriptor=" + hex(options.descriptor) + "\n\n" + "P: " + hidraw +
-        "\nE: SUBSYSTEM=hidraw\nE: DEVNAME=" + node + "\nE: MAJOR=240\nE: MINOR=" + number +
-        "\nA: dev=240:" + number + "\n\n";
+    const auto number = QString::number(options.number);
+    const auto vendor = QStringLiteral("%1").arg(options.vendorId, 4, 16, QLatin1Char('0'));
+    const auto product = QStringLiteral("%1").arg(options.productId, 4, 16, QLatin1Char('0'));
+    const auto parent = QStringLiteral("/devices/usb1/1-1/1-1:1.0/0003:%1:%2.%3");
+    const QString hid = parent.arg(vendor, product, number);
+    const QString hidraw = hid + QStringLiteral("/hidraw/hidraw") + number;
+    const QByteArray descriptor(reinterpret_cast<const char *>(options.descriptor.data()),
+                                std::ssize(options.descriptor));
+    const auto text = QStringLiteral("P: %1\nE: SUBSYSTEM=hid\nE: HID_ID=0003:0000%2:0000%3\n"
+                                     "H: report_descriptor=%4\n\n"
+                                     "P: %5\nE: SUBSYSTEM=hidraw\nE: DEVNAME=%6\n"
+                                     "E: MAJOR=240\nE: MINOR=%7\nA: dev=240:%7\n\n")
+                          .arg(hid, vendor, product, QString::fromLatin1(descriptor.toHex()),
+                               hidraw, QString::fromStdString(node), number);
+    unit->syspaths = {"/sys" + hidraw.toStdString(), "/sys" + hid.toStdString()};
     UMockdevTestbed *testbed = m_bed->testbed.get();
     require(umockdev_testbed_attach_ioctl(testbed, node.c_str(), unit->handler.get(), nullptr),
             "attach_ioctl");
-    require(umockdev_testbed_add_from_string(testbed, text.c_str(), nullptr), "add_from_string");
+    require(umockdev_testbed_add_from_string(testbed, qUtf8Printable(text), nullptr),
+            "add_from_string");
     m_units.emplace(node, std::move(unit));
     return node;
 }
