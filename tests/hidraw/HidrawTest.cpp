@@ -245,7 +245,7 @@ TEST_F(Hidraw, ADeadNodeIsARemovalAtOnceAndOnlyOnce)
 
         arrivals.clear();
         bus.sendEvent(node, "change");
-        bus.sendEvent(node, "unbind");
+        settle();
         bus.unplug(node);
         settle();
         EXPECT_EQ(removals, std::vector{device});

@@ -79,6 +79,11 @@ struct MockBus::Unit
         g_signal_connect(handler.get(), "handle-write", G_CALLBACK(&Unit::handleWrite), this);
     }
 
+    Unit(const Unit &) = delete;
+    Unit &operator=(const Unit &) = delete;
+    /// A program that still has the node open must not reach a unit that is gone.
+    ~Unit() { g_signal_handlers_disconnect_by_data(handler.get(), this); }
+
     void ring() const { require(::write(bell.get(), "!", 1) == 1, "doorbell"); }
 
     static gboolean handleRead(UMockdevIoctlBase *, UMockdevIoctlClient *client, Unit *unit);
