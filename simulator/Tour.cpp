@@ -60,7 +60,6 @@ Tour::Tour(MainWindowViewController &window, SimulatorPanel &panel, SimulatedUni
     , m_unit(unit)
     , m_pictures(pictureFolder)
 {
-    m_pictures.mkpath(QStringLiteral("."));
 }
 
 int Tour::run()
@@ -78,6 +77,7 @@ int Tour::run()
         {"the menu and its notices", &Tour::showNotices},
         {"restoring the factory settings", &Tour::restore},
     }};
+    m_pictures.mkpath(QStringLiteral("."));
     for (const Step &step : Steps) {
         if (!(this->*step.run)()) {
             QTextStream(stderr) << "The round stopped at: " << step.purpose << '\n';

@@ -1,0 +1,91 @@
+#include "AppDelegate.h"
+#include "DemoSettings.h"
+#include "MainWindowViewController.h"
+#include "MenuClass.h"
+#include "SimulatedBus.h"
+#include "SimulatedUnit.h"
+#include "SimulatorPanel.h"
+#include "Tour.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QScreen>
+#include <QTimer>
+#include <QVersionNumber>
+
+namespace {
+
+struct Options
+{
+    QCommandLineOption pedals{QStringLiteral("pedals"), QStringLiteral("Number of pedals (5)."),
+                              QStringLiteral("n"), QStringLiteral("5")};
+    QCommandLineOption firmware{QStringLiteral("firmware"),
+                                QStringLiteral("Firmware version (2.1.0)."),
+                                QStringLiteral("version"), QStringLiteral("2.1.0")};
+    QCommandLineOption delay{QStringLiteral("delay"),
+                             QStringLiteral("How long the unit takes for a reply, in ms (5)."),
+                             QStringLiteral("ms"), QStringLiteral("5")};
+    QCommandLineOption unplugged{QStringLiteral("unplugged"),
+                                 QStringLiteral("Start with the unit unplugged.")};
+    QCommandLineOption tour{
+        QStringLiteral("tour"),
+        QStringLiteral("Go round all windows, save their pictures in <folder>, and quit."),
+        QStringLiteral("folder")};
+};
+
+void setUp(kavelo::SimulatedUnit &unit, const QCommandLineParser &parser, const Options &options)
+{
+    unit.memory().pedals = kavelo::demoSettings();
+    unit.memory().numberOfPedals = static_cast<std::uint8_t>(parser.value(options.pedals).toUInt());
+    const auto version = QVersionNumber::fromString(parser.value(options.firmware));
+    for (int i = 0; i < 3; ++i) {
+        unit.memory().version.at(static_cast<std::size_t>(i)) =
+            static_cast<std::uint8_t>(version.segmentAt(i));
+    }
+    unit.setReplyDelay(std::chrono::milliseconds(parser.value(options.delay).toUInt()));
+    if (!parser.isSet(options.unplugged)) {
+        kavelo::bus::plugIn(unit);
+    }
+}
+
+/// Below the utility's window where there is room, so that neither covers the other.
+void placeBelow(QWidget &panel, const QWidget &window)
+{
+    const QRect frame = window.frameGeometry();
+    if (frame.bottom() + panel.height() <= window.screen()->availableGeometry().bottom()) {
+        panel.move(frame.bottomLeft());
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("kavelo-demo"));
+    const Options options;
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("The Kavelo utility on a simulated unit."));
+    parser.addHelpOption();
+    parser.addOptions(
+        {options.pedals, options.firmware, options.delay, options.unplugged, options.tour});
+    parser.process(application);
+
+    kavelo::SimulatedUnit unit;
+    setUp(unit, parser, options);
+    kavelo::AppDelegate delegate(application);
+    kavelo::MainWindowViewController window;
+    kavelo::MenuClass menu(window.menuItems());
+    delegate.menu = &menu;
+    kavelo::SimulatorPanel panel(unit);
+    window.show();
+    placeBelow(panel, window);
+    panel.show();
+    window.activateWindow();
+
+    kavelo::Tour tour(window, panel, unit, parser.value(options.tour));
+    if (parser.isSet(options.tour)) {
+        QTimer::singleShot(0, &window, [&tour] { QApplication::exit(tour.run()); });
+    }
+    return QApplication::exec();
+}
