@@ -5,6 +5,9 @@
 int main(int argc, char *argv[])
 {
     ::testing::InitGoogleTest(&argc, argv);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const QApplication application(argc, argv);
     // The tests close many a last window.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -55,9 +55,9 @@ void setFittingText(QPushButton &button, QStringView text)
 class MainWindowViewController::Run
 {
 public:
-    explicit Run(int &runs)
-        : m_runs(runs)
-        , m_number(++runs)
+    explicit Run(MainWindowViewController &window)
+        : m_window(window)
+        , m_number(++window.m_runs)
     {
     }
     Run(const Run &) = delete;
@@ -66,14 +66,20 @@ public:
     {
         if (overtaken()) {
             DeviceDetectedChanged = true;
+        } else {
+            m_window.m_readAgain = m_hasFailed;
         }
     }
 
-    [[nodiscard]] bool overtaken() const { return m_runs != m_number; }
+    [[nodiscard]] bool overtaken() const { return m_window.m_runs != m_number; }
+
+    /// The unit has not taken or given something. When this run is over, look what it really holds.
+    void noteFailure() { m_hasFailed = true; }
 
 private:
-    const int &m_runs;
+    MainWindowViewController &m_window;
     const int m_number;
+    bool m_hasFailed = false;
 };
 
 MainWindowViewController::MainWindowViewController(QWidget *parent)
@@ -251,7 +257,7 @@ void MainWindowViewController::UpdateAppWindow()
 
 void MainWindowViewController::readUnit(bool MessageOn)
 {
-    const Run run(m_runs);
+    Run run(*this);
     InitializeControls();
     if (!DeviceDetected) {
         return;
@@ -304,29 +310,33 @@ bool MainWindowViewController::readNumberOfPedals(bool MessageOn)
 }
 
 /// Returns false when the read must not go on.
-bool MainWindowViewController::readPedal(int pedal, bool MessageOn, const Run &run)
+bool MainWindowViewController::readPedal(int pedal, bool MessageOn, Run &run)
 {
     const auto row = static_cast<std::size_t>(pedal);
     SelectedPedalNo = pedal;
     OutputPacketBuffer[1] = static_cast<std::uint8_t>(pedal);
-    bool failed = plugNPlay.Communicate(GET_OUTPUT_MODE_AND_DATA, MessageOn);
+    const bool failed = plugNPlay.Communicate(GET_OUTPUT_MODE_AND_DATA, MessageOn);
     if (run.overtaken()) {
         return false;
     }
-    // After a failure the row shows what the buffer happens to hold, until the unit is read again.
-    m_readAgain = m_readAgain || failed;
-    OutputMode.at(row) = InputPacketBuffer[2];
-    std::copy_n(InputPacketBuffer.begin() + 3, NUMBER_OF_COMMON_DATA, CommonData.at(row).begin());
-
-    failed = failed && MessageOn == MESSAGE_OFF;
-    if (!failed && OutputMode.at(row) == PLURAL_SIMULTANEOUS_KEY_OUTPUT) {
-        failed = readAdditionalData(plugNPlay, pedal, MessageOn);
-    }
-    if (run.overtaken()) {
+    if (failed && MessageOn == MESSAGE_OFF) {
+        // This was the second look already.
+        InitializeControls();
         return false;
     }
     if (failed) {
-        m_readAgain = false;
+        // The row shows what the buffer happens to hold, until the unit is read again.
+        run.noteFailure();
+    }
+    OutputMode.at(row) = InputPacketBuffer[2];
+    std::copy_n(InputPacketBuffer.begin() + 3, NUMBER_OF_COMMON_DATA, CommonData.at(row).begin());
+
+    const bool isBroken = OutputMode.at(row) == PLURAL_SIMULTANEOUS_KEY_OUTPUT &&
+                          readAdditionalData(plugNPlay, pedal, MessageOn);
+    if (run.overtaken()) {
+        return false;
+    }
+    if (isBroken) {
         InitializeControls();
         return false;
     }
@@ -366,7 +376,7 @@ void MainWindowViewController::SettingDialog_OK()
 
 bool MainWindowViewController::sendSelectedPedal()
 {
-    const Run run(m_runs);
+    Run run(*this);
     fillSetOutputModeAndData(SelectedPedalNo);
     bool failed = plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON);
     if (!failed) {
@@ -375,7 +385,7 @@ bool MainWindowViewController::sendSelectedPedal()
     }
     if (failed) {
         InitializeControls();
-        m_readAgain = true;
+        run.noteFailure();
     }
     return !failed;
 }
@@ -409,7 +419,7 @@ void MainWindowViewController::restoreInitialSettings()
 /// Returns whether the unit has taken the timing parameters, which close a restore.
 bool MainWindowViewController::sendFactorySettings()
 {
-    const Run run(m_runs);
+    Run run(*this);
     const int pedals = NumberOfPedals;
     // The user has agreed to restore this unit, not one that comes in its place.
     for (int pedal = 0; pedal < pedals && !run.overtaken(); ++pedal) {
@@ -419,14 +429,14 @@ bool MainWindowViewController::sendFactorySettings()
         fillSetOutputModeAndData(pedal);
         if (plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON)) {
             InitializeControls();
-            m_readAgain = true;
+            run.noteFailure();
         }
     }
     fillSetParameters();
     const bool failed = run.overtaken() || plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
     if (failed) {
         InitializeControls();
-        m_readAgain = true;
+        run.noteFailure();
     }
     return !failed;
 }

@@ -94,7 +94,7 @@ private:
     void readUnit(bool MessageOn);
     [[nodiscard]] bool readVersion(bool MessageOn);
     [[nodiscard]] bool readNumberOfPedals(bool MessageOn);
-    [[nodiscard]] bool readPedal(int pedal, bool MessageOn, const Run &run);
+    [[nodiscard]] bool readPedal(int pedal, bool MessageOn, Run &run);
 
     void openStandardDialog(int pedal);
     [[nodiscard]] bool sendSelectedPedal();
@@ -106,7 +106,7 @@ private:
     QTimer m_timer;
     /// Runs of the tick's longer work so far.
     int m_runs = 0;
-    /// The unit did not take or give something; look what it really holds, without complaining
+    /// The last run has failed somewhere: look what the unit really holds, without complaining
     /// about it again.
     bool m_readAgain = false;
     bool m_appeared = false;
