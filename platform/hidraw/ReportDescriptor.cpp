@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstddef>
-#include <optional>
+#include <utility>
 
 namespace kavelo::hid {
 namespace {
@@ -42,10 +42,12 @@ private:
     std::vector<std::uint16_t> m_pages;
     std::uint16_t m_usagePage = 0;
     std::vector<std::uint16_t> m_pushedUsagePages;
-    /// The page that an extended usage (4 bytes, page in the upper two) brings along. It holds for
-    /// the next main item only, like every local item, and of several usages the first counts.
-    std::optional<std::uint16_t> m_extendedUsagePage;
+    /// The first usage since the last main item: of several usages that one counts, and like every
+    /// local item it holds for the next main item only. An extended usage, one of 4 bytes, brings
+    /// its own page along in the upper two.
+    std::uint32_t m_usage = 0;
     bool m_hasUsage = false;
+    bool m_usageIsExtended = false;
     std::size_t m_depth = 0;
 };
 
@@ -54,7 +56,8 @@ void Parser::beginCollection(std::uint32_t type)
     if (m_depth == 0 && type == ApplicationCollection) {
         // A short usage belongs to the page declared last before the main item, even when that
         // declaration comes after the usage.
-        m_pages.push_back(m_extendedUsagePage.value_or(m_usagePage));
+        m_pages.push_back(m_usageIsExtended ? static_cast<std::uint16_t>(m_usage >> 16)
+                                            : m_usagePage);
     }
     ++m_depth;
 }
@@ -81,10 +84,11 @@ void Parser::takeItem(std::uint8_t prefix, std::span<const std::uint8_t> data)
         return;
     case Usage:
     case UsageMinimum:
-        if (!m_hasUsage && data.size() == sizeof(value)) {
-            m_extendedUsagePage = static_cast<std::uint16_t>(value >> 16);
+        if (!m_hasUsage) {
+            m_usage = value;
+            m_hasUsage = true;
+            m_usageIsExtended = data.size() == sizeof(m_usage);
         }
-        m_hasUsage = true;
         return;
     case Collection:
         beginCollection(value);
@@ -100,8 +104,8 @@ void Parser::takeItem(std::uint8_t prefix, std::span<const std::uint8_t> data)
         return;
     }
     // Every main item ends the scope of the local items before it.
-    m_extendedUsagePage.reset();
     m_hasUsage = false;
+    m_usageIsExtended = false;
 }
 
 } // namespace
