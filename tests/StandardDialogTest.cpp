@@ -226,8 +226,9 @@ TEST_F(StandardDialogTest, TheWriteButtonFollowsTheChoice)
     EXPECT_FALSE(write()->isEnabled());
     tabs()->setCurrentIndex(1);
     EXPECT_TRUE(write()->isEnabled()) << "each tab has its own state";
+    dialog()->activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return dialog()->isActiveWindow(); }));
     radio("LeftClick")->setFocus();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog()));
     QTest::keyClick(radio("LeftClick"), Qt::Key_Down);
     EXPECT_EQ(shown().radio, QStringLiteral("RightClick"));
     QTest::keyClick(dialog(), Qt::Key_Escape);
