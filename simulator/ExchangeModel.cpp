@@ -21,10 +21,15 @@ QString commandText(const Exchange &exchange)
                         : QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
 }
 
+/// All bytes in groups of four, short enough for a request and its reply side by side.
 QString hexText(const hid::Report &report)
 {
     const QByteArrayView bytes(report.data(), static_cast<qsizetype>(report.size()));
-    return QString::fromLatin1(bytes.toByteArray().toHex(' ').toUpper());
+    QString text = QString::fromLatin1(bytes.toByteArray().toHex().toUpper());
+    for (qsizetype position = text.size() - 8; position > 0; position -= 8) {
+        text.insert(position, u' ');
+    }
+    return text;
 }
 
 QString replyText(const Exchange &exchange)

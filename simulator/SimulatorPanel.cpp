@@ -101,7 +101,8 @@ void SimulatorPanel::setUpExchanges()
     const QFontMetrics metrics(m_ui->exchanges->font());
     const QFontMetrics fixedMetrics(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     const int padding = metrics.horizontalAdvance(QStringLiteral("MM"));
-    const int reportWidth = fixedMetrics.horizontalAdvance(QString(hid::ReportSize * 3, u'0'));
+    const int reportWidth =
+        fixedMetrics.horizontalAdvance(QStringLiteral("00000000 00000000 00000000 00000000"));
     const std::array<int, ExchangeModel::ColumnCount> widths{
         metrics.horizontalAdvance(QStringLiteral("00:00:00.000")),
         metrics.horizontalAdvance(QLatin1String(SET_KEYBOARD_MOUSE_ABILITY_CHAR.data())),
