@@ -1,11 +1,9 @@
 #include "DemoSettings.h"
 
+#include "ModifierName.h"
+
 namespace kavelo {
 namespace {
-
-constexpr std::uint8_t LeftControl = 0x01;
-constexpr std::uint8_t LeftShift = 0x02;
-constexpr std::uint8_t LeftCommand = 0x08;
 
 /// High byte of a 16-bit value, for the byte before its low byte.
 constexpr std::uint8_t high(int value16)
@@ -30,28 +28,18 @@ PedalMemory keySequence()
         .mode = PLURAL_SIMULTANEOUS_KEY_OUTPUT,
         .record = {low(OnTime), low(TimeBetween), (high(OnTime) << 4) | high(TimeBetween),
                    RepeatWholeSet | Outputs, 0, 1, LeftControl, 0x04},
-        .additional = {LeftControl,
-                       0x06,
-                       0,
-                       0,
-                       0,
-                       0,
-                       0, //
-                       0,
-                       0x04,
-                       0x05,
-                       0x06,
-                       0,
-                       0,
-                       0, //
-                       LeftShift | LeftControl,
-                       0x19,
-                       0,
-                       0,
-                       0,
-                       0,
-                       0},
+        // clang-format off
+        .additional = {LeftControl, 0x06, 0, 0, 0, 0, 0,
+                       0, 0x04, 0x05, 0x06, 0, 0, 0,
+                       LeftShift | LeftControl, 0x19, 0, 0, 0, 0, 0},
+        // clang-format on
     };
+}
+
+/// Ctrl+S.
+PedalMemory save()
+{
+    return {.mode = SIMPLE_KEY_OUTPUT, .record = {LeftControl, 0x16}};
 }
 
 /// To the right and down at 250 dots a second until the pedal is released, getting faster.
@@ -75,12 +63,6 @@ PedalMemory drag()
             .record = {OnDepressAndRelease, 0, PressLeftButton, 0, ReleaseLeftButton}};
 }
 
-/// A click that adds to a selection.
-PedalMemory commandClick()
-{
-    return {.mode = MODIFIER_PLUS_CLICK, .record = {LeftCommand, 1}};
-}
-
 /// Twelve rotations backward, 4 a second.
 PedalMemory scrollDown()
 {
@@ -91,7 +73,7 @@ PedalMemory scrollDown()
 
 std::array<PedalMemory, MaxPedals> demoSettings()
 {
-    return {keySequence(), pointerMovement(), drag(), commandClick(), scrollDown()};
+    return {keySequence(), save(), drag(), pointerMovement(), scrollDown()};
 }
 
 } // namespace kavelo

@@ -19,6 +19,7 @@
 #include <QTest>
 #include <QTextStream>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -126,10 +127,12 @@ bool Tour::askAboutSettingBeyondStandard()
 bool Tour::editPedal()
 {
     click(pedalControl<QPushButton>(m_window, "buttonSetPedal%dStandard", EditedPedal));
-    auto *dialog = m_window.findChild<SettingDialogViewController *>();
-    if (dialog == nullptr || !QTest::qWaitFor([dialog] { return dialog->isVisible(); }, Patience)) {
+    const auto dialogs = m_window.findChildren<SettingDialogViewController *>();
+    const auto shown = std::ranges::find_if(dialogs, &QWidget::isVisible);
+    if (shown == dialogs.end()) {
         return false;
     }
+    SettingDialogViewController *const dialog = *shown;
     auto &tabs = control<QTabWidget>(*dialog, QStringLiteral("tabcontrolOutputMode"));
     tabs.setCurrentIndex(1);
     picture(*dialog, QStringLiteral("standard-mouse"));

@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QPalette>
 #include <QScreen>
 #include <QTimer>
 #include <QVersionNumber>
@@ -27,6 +28,7 @@ struct Options
                              QStringLiteral("ms"), QStringLiteral("5")};
     QCommandLineOption unplugged{QStringLiteral("unplugged"),
                                  QStringLiteral("Start with the unit unplugged.")};
+    QCommandLineOption dark{QStringLiteral("dark"), QStringLiteral("Use a dark palette.")};
     QCommandLineOption tour{
         QStringLiteral("tour"),
         QStringLiteral("Go round all windows, save their pictures in <folder>, and quit."),
@@ -48,6 +50,14 @@ void setUp(kavelo::SimulatedUnit &unit, const QCommandLineParser &parser, const 
     }
 }
 
+QPalette darkPalette()
+{
+    QPalette palette(QColor(0x35, 0x35, 0x35)); // derives the colours of text and shadows
+    palette.setColor(QPalette::Base, QColor(0x23, 0x23, 0x23));
+    palette.setColor(QPalette::AlternateBase, QColor(0x2c, 0x2c, 0x2c));
+    return palette;
+}
+
 /// Below the utility's window where there is room, so that neither covers the other.
 void placeBelow(QWidget &panel, const QWidget &window)
 {
@@ -67,9 +77,12 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("The Kavelo utility on a simulated unit."));
     parser.addHelpOption();
-    parser.addOptions(
-        {options.pedals, options.firmware, options.delay, options.unplugged, options.tour});
+    parser.addOptions({options.pedals, options.firmware, options.delay, options.unplugged,
+                       options.dark, options.tour});
     parser.process(application);
+    if (parser.isSet(options.dark)) {
+        QApplication::setPalette(darkPalette());
+    }
 
     kavelo::SimulatedUnit unit;
     setUp(unit, parser, options);
