@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QPointer>
 
@@ -18,11 +19,19 @@ class Box : public QMessageBox
 {
     Q_OBJECT
 
+    static constexpr int MinimumWidth = 420;
+
 public:
     Box(const QString &title, const QString &message, QWidget *parent)
-        : QMessageBox(QMessageBox::Information, QString(), title, QMessageBox::NoButton, parent)
+        : QMessageBox(QMessageBox::Information, QStringLiteral("Kavelo"), title,
+                      QMessageBox::NoButton, parent)
     {
         setInformativeText(toScreenText(message));
+        // Left to itself, the informative text is wrapped after a few words.
+        if (auto *grid = qobject_cast<QGridLayout *>(layout())) {
+            grid->addItem(new QSpacerItem(MinimumWidth, 0), grid->rowCount(), 0, 1,
+                          grid->columnCount());
+        }
     }
 
 protected:

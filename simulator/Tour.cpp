@@ -139,9 +139,8 @@ bool Tour::editPedal()
     tabs.setCurrentIndex(0);
     click(control<QRadioButton>(*dialog, QStringLiteral("radiobuttonWithModifiers")));
     auto &keys = control<QComboBox>(*dialog, QStringLiteral("listboxKeys"));
-    QTest::keyClick(&keys, Qt::Key_S);
-    control<QCheckBox>(*dialog, QStringLiteral("checkboxCtrl")).setFocus();
-    QTest::keyClick(&control<QCheckBox>(*dialog, QStringLiteral("checkboxCtrl")), Qt::Key_Space);
+    QTest::keyClick(&keys, Qt::Key_X);
+    QTest::keyClick(&control<QCheckBox>(*dialog, QStringLiteral("checkboxShift")), Qt::Key_Space);
     picture(*dialog, QStringLiteral("standard-keyboard"));
     expectBox(QStringLiteral("notice-written"), Qt::Key_Return);
     click(control<QPushButton>(*dialog, QStringLiteral("buttonProgramKavelo")));

@@ -55,6 +55,9 @@ QPalette darkPalette()
     QPalette palette(QColor(0x35, 0x35, 0x35)); // derives the colours of text and shadows
     palette.setColor(QPalette::Base, QColor(0x23, 0x23, 0x23));
     palette.setColor(QPalette::AlternateBase, QColor(0x2c, 0x2c, 0x2c));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, QColor(0x90, 0x90, 0x90));
+    }
     return palette;
 }
 

@@ -237,10 +237,13 @@ void MainWindowViewController::WritePedalContents()
 
 void MainWindowViewController::UpdateAppWindow()
 {
-    // A timer does not fire again while its slot runs, but a fresh one does: this way the ticks go
-    // on inside a wait for the unit.
-    m_timer.start();
     m_ui->InitialStateToolStripMenuItem->setEnabled(isConnected);
+    if (!DeviceDetectedChanged && !InitialState && !m_readAgain) {
+        return;
+    }
+    // A timer does not fire again while its slot runs, but a fresh one does: this way the ticks go
+    // on inside the waits of what follows.
+    m_timer.start();
     if (DeviceDetectedChanged) {
         DeviceDetectedChanged = false;
         m_readAgain = false;
@@ -249,7 +252,7 @@ void MainWindowViewController::UpdateAppWindow()
         readUnit(MESSAGE_ON);
     } else if (InitialState) {
         restoreInitialSettings();
-    } else if (m_readAgain) {
+    } else {
         m_readAgain = false;
         readUnit(MESSAGE_OFF);
     }
