@@ -35,7 +35,7 @@ void readFivePedals(benchmark::State &state)
     MainWindowViewController window;
     window.show();
     QApplication::processEvents();
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
         DeviceDetectedChanged = true;
         window.UpdateAppWindow();
     }
@@ -60,7 +60,7 @@ void waitForTimeout(benchmark::State &state)
     window.show();
     window.UpdateAppWindow();
     unit.setFault({.kind = FaultKind::DropReply, .exchange = 0});
-    for (auto iteration : state) {
+    for ([[maybe_unused]] auto iteration : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
         window.plugNPlay.Communicate(GET_PEDAL_STATE, MESSAGE_OFF);
     }
 }

@@ -50,13 +50,12 @@ inline int Count_timeout = 0;
 class HID_PnP : public QObject
 {
     Q_OBJECT
+    Q_DISABLE_COPY_MOVE(HID_PnP)
 
 public:
     /// Opens the HID manager and looks for a unit at once, so that a connection change is pending
     /// afterwards whether or not there is one.
     explicit HID_PnP(QObject *parent = nullptr);
-    HID_PnP(const HID_PnP &) = delete;
-    HID_PnP &operator=(const HID_PnP &) = delete;
     ~HID_PnP() override;
 
     [[nodiscard]] hid::Manager &hidManager() const { return *m_hidManager; }

@@ -39,6 +39,7 @@ inline QString PedalName;
 class MainWindowViewController : public QMainWindow
 {
     Q_OBJECT
+    Q_DISABLE_COPY_MOVE(MainWindowViewController)
 
 public:
     explicit MainWindowViewController(QWidget *parent = nullptr);

@@ -28,6 +28,7 @@ inline bool timer2state = false;
 class SettingDialogViewController : public QDialog
 {
     Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SettingDialogViewController)
 
 public:
     explicit SettingDialogViewController(MainWindowViewController &presenter);
