@@ -74,6 +74,7 @@ void SimulatorPanel::connectControls()
 {
     connect(m_ui->pluggedIn, &QCheckBox::clicked, this, &SimulatorPanel::plug);
     connect(m_ui->replug, &QPushButton::clicked, this, &SimulatorPanel::replug);
+    connect(m_ui->factorySettings, &QPushButton::clicked, &m_unit, &SimulatedUnit::factorySettings);
     connect(&m_unit, &SimulatedUnit::poweredChanged, this, &SimulatorPanel::showPlugged);
     connect(m_ui->numberOfPedals, &QSpinBox::valueChanged, this, [this](int count) {
         m_unit.memory().numberOfPedals = static_cast<std::uint8_t>(count);

@@ -113,6 +113,9 @@ TEST_F(SimulatorPanelTest, SetsTheUnitUpByKeyboard)
     EXPECT_EQ(unit.memory(), expected);
     EXPECT_EQ(unit.replyDelay().count(), 5000);
     EXPECT_EQ(unit.lateness().count(), 700);
+    unit.memory().pedals = {};
+    QTest::mouseClick(find<QPushButton>("factorySettings"), Qt::LeftButton);
+    EXPECT_EQ(unit.memory(), expected);
 }
 
 TEST_F(SimulatorPanelTest, ListsExchangesAndArmsFaults)
@@ -148,31 +151,6 @@ TEST_F(SimulatorPanelTest, ListsExchangesAndArmsFaults)
     EXPECT_FALSE(find<QCheckBox>("pluggedIn")->isChecked());
 }
 
-TEST_F(SimulatorPanelTest, KeepsTheLastThousandExchangesAndShowsTheNewest)
-{
-    bus::plugIn(unit);
-    unit.setFault({.kind = FaultKind::RefuseSend, .exchange = 0});
-    for (std::uint8_t i = 0; i < 201; ++i) {
-        for (std::uint8_t j = 0; j < 5; ++j) {
-            exchange({0x94, i, j});
-        }
-    }
-    ASSERT_EQ(exchanges->model()->rowCount(), 1000);
-    EXPECT_TRUE(cell(0, 2).startsWith(QStringLiteral("940100")));
-    EXPECT_TRUE(cell(999, 2).startsWith(QStringLiteral("94C804")));
-    EXPECT_TRUE(exchanges->viewport()->rect().contains(
-        exchanges->visualRect(exchanges->model()->index(999, 0)).center()));
-
-    // A reply that comes after its row was cleared brings no row back.
-    unit.setFault({});
-    ASSERT_TRUE(unit.receive({0x90}));
-    QTest::mouseClick(find<QPushButton>("clear"), Qt::LeftButton);
-    QTest::qWait(5);
-    EXPECT_EQ(exchanges->model()->rowCount(), 0);
-    exchange({0x90});
-    EXPECT_EQ(exchanges->model()->rowCount(), 1);
-}
-
 TEST_F(SimulatorPanelTest, EveryControlIsNamedAndReachedByTab)
 {
     EXPECT_EQ(panel.windowTitle(), QStringLiteral("Simulated Kavelo"));
@@ -180,7 +158,7 @@ TEST_F(SimulatorPanelTest, EveryControlIsNamedAndReachedByTab)
     bus::plugIn(unit);
     find<QCheckBox>("pluggedIn")->setFocus();
     std::set<QString> reached;
-    for (int i = 0; i < 12; ++i) {
+    for (int i = 0; i < 13; ++i) {
         QWidget *focus = QApplication::focusWidget();
         ASSERT_NE(focus, nullptr);
         reached.insert(focus->objectName());
@@ -189,22 +167,7 @@ TEST_F(SimulatorPanelTest, EveryControlIsNamedAndReachedByTab)
             << qPrintable(focus->objectName());
         QTest::keyClick(focus, Qt::Key_Tab);
     }
-    EXPECT_EQ(reached.size(), 12U);
-}
-
-TEST(DemoSettings, ShowFiveModesWithinTheirRanges)
-{
-    std::set<int> modes;
-    for (const PedalMemory &pedal : demoSettings()) {
-        modes.insert(pedal.mode);
-        EXPECT_LE(pedal.mode, OUTPUT_AT_CHANGE);
-        if (pedal.mode == PLURAL_SIMULTANEOUS_KEY_OUTPUT) {
-            EXPECT_EQ(pedal.record[3] & 0x7F, 4);
-            EXPECT_NE(pedal.additional[14], 0) << "output 4";
-            EXPECT_EQ(pedal.additional[21], 0) << "no output 5";
-        }
-    }
-    EXPECT_EQ(modes.size(), 5U);
+    EXPECT_EQ(reached.size(), 13U);
 }
 
 } // namespace
