@@ -160,22 +160,4 @@ TEST_F(SimulatedHidManagerTest, WritesTheBufferOnlyWhileACallbackIsOn)
     EXPECT_EQ(count, 0);
 }
 
-TEST_F(SimulatedHidManagerTest, UnitsThatGoByThemselvesAreRemoved)
-{
-    openManager();
-    watch();
-    auto mortal = std::make_unique<SimulatedUnit>();
-    bus::plugIn(*mortal);
-    bus::plugIn(unit);
-    const Devices devices = manager->copyDevices();
-    unit.setFault({.kind = FaultKind::Unplug, .exchange = 1});
-    EXPECT_TRUE(devices[1]->setReport(hid::Report{0x90}));
-    EXPECT_FALSE(bus::isPluggedIn(unit));
-    mortal.reset();
-    EXPECT_TRUE(manager->copyDevices().empty());
-    EXPECT_FALSE(devices[0]->setReport(hid::Report{0x90}));
-    turnLoop();
-    EXPECT_EQ(removed, (Devices{devices[1], devices[0]}));
-}
-
 } // namespace

@@ -141,20 +141,6 @@ TEST_F(SimulatedUnitTest, ReportsOddPedalCountsAndReachesOnlyRealPedals)
     }
 }
 
-TEST_F(SimulatedUnitTest, FactorySettingsKeepVersionAndPedalCount)
-{
-    UnitMemory expected = unit.memory();
-    expected.version = {9, 8, 7};
-    expected.numberOfPedals = 3;
-    unit.memory() = expected;
-    unit.memory().timing = {};
-    unit.memory().keyboardMouseAbility = 0;
-    unit.memory().pedals = {};
-    unit.factorySettings();
-    EXPECT_EQ(unit.memory(), expected);
-    EXPECT_EQ(ask({0x95, 2}), (hid::Report{0x95, 2, SIMPLE_CLICK, 2}));
-}
-
 TEST_F(SimulatedUnitTest, WorksOnOneRequestAtATimeAndKeepsWhatWasWrittenWithoutPower)
 {
     unit.setReplyDelay(20ms);
@@ -177,89 +163,6 @@ TEST_F(SimulatedUnitTest, WorksOnOneRequestAtATimeAndKeepsWhatWasWrittenWithoutP
     unit.setPowered(true);
     EXPECT_EQ(ask({0x95, 1}), (hid::Report{0x95, 1, SIMPLE_CLICK, 4}));
     EXPECT_EQ(replies.size(), 4U) << "replies dropped with the power never come";
-}
-
-TEST_F(SimulatedUnitTest, DelaysStayWithinTheirRange)
-{
-    unit.setReplyDelay(5001ms);
-    EXPECT_EQ(unit.replyDelay(), 5000ms);
-    unit.setReplyDelay(-1ms);
-    EXPECT_EQ(unit.replyDelay(), 0ms);
-}
-
-/// Each fault on the second of three writes to the three pedals' modes.
-TEST_F(SimulatedUnitTest, FaultsStrikeTheirExchangeOnly)
-{
-    struct Case
-    {
-        std::vector<Outcome> outcomes;
-        FaultKind kind;
-        bool accepted;
-        bool carriedOut;
-    };
-    constexpr auto Answered = Outcome::Answered;
-    const std::vector<Case> cases = {
-        {{Answered, Answered, Answered}, FaultKind::None, true, true},
-        {{Answered, Outcome::Refused, Answered}, FaultKind::RefuseSend, false, false},
-        {{Answered, Outcome::NoReply, Answered}, FaultKind::DropReply, true, true},
-        {{Answered, Answered, Answered}, FaultKind::AnswerLate, true, true},
-        {{Answered, Answered, Answered}, FaultKind::AnswerGarbage, true, true},
-        {{Outcome::NoReply, Outcome::NoReply}, FaultKind::Unplug, true, true},
-    };
-    unit.setLateness(30ms);
-    for (const Case &each : cases) {
-        SCOPED_TRACE(static_cast<int>(each.kind));
-        unit.setPowered(true);
-        unit.memory().pedals = {};
-        const auto first = static_cast<std::ptrdiff_t>(outcomes.size());
-        unit.setFault({.kind = each.kind, .exchange = 2});
-        EXPECT_TRUE(unit.receive({0x94, 0, 1}));
-        EXPECT_EQ(unit.receive({0x94, 1, 1}), each.accepted);
-        EXPECT_EQ(unit.receive({0x94, 2, 1}), each.kind != FaultKind::Unplug);
-        ASSERT_TRUE(QTest::qWaitFor(
-            [&] { return std::ranges::find(outcomes, Outcome::Waiting) == outcomes.end(); }));
-        EXPECT_EQ(std::vector(outcomes.begin() + first, outcomes.end()), each.outcomes);
-        EXPECT_EQ(unit.memory().pedals[1].mode, each.carriedOut ? 1 : 0);
-        EXPECT_EQ(unit.isPowered(), each.kind != FaultKind::Unplug);
-    }
-}
-
-TEST_F(SimulatedUnitTest, AFaultOnExchangeZeroStrikesEveryOne)
-{
-    unit.setFault({.kind = FaultKind::RefuseSend, .exchange = 0});
-    EXPECT_FALSE(unit.receive({0x91}));
-    EXPECT_FALSE(unit.receive({0x91}));
-    unit.setFault({});
-    EXPECT_TRUE(unit.receive({0x91}));
-}
-
-TEST_F(SimulatedUnitTest, ALateReplyTakesTheLatenessAndHoldsUpTheNext)
-{
-    unit.setLateness(1h);
-    unit.setFault({.kind = FaultKind::AnswerLate, .exchange = 1});
-    ASSERT_TRUE(unit.receive({0x90}));
-    ASSERT_TRUE(unit.receive({0x91}));
-    QTest::qWait(20);
-    EXPECT_EQ(outcomes, (std::vector{Outcome::Waiting, Outcome::Waiting}));
-
-    unit.setPowered(false);
-    unit.setPowered(true);
-    unit.setLateness(10ms);
-    unit.setFault({.kind = FaultKind::AnswerLate, .exchange = 1});
-    EXPECT_EQ(ask({0x90})[0], 0x90);
-}
-
-TEST_F(SimulatedUnitTest, GarbageRepeatsWithItsSeed)
-{
-    unit.setFault({.kind = FaultKind::AnswerGarbage, .exchange = 0});
-    unit.setGarbageSeed(7);
-    const hid::Report first = ask({0x91});
-    const hid::Report second = ask({0x91});
-    EXPECT_NE(first, second);
-    unit.setGarbageSeed(7);
-    EXPECT_EQ(ask({0x91}), first);
-    unit.setGarbageSeed(8);
-    EXPECT_NE(ask({0x91}), first);
 }
 
 } // namespace
