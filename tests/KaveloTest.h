@@ -27,6 +27,8 @@ namespace kavelo {
 /// bus, one factory-new simulated unit of five pedals beside it, and somebody to answer boxes.
 class KaveloTest : public ::testing::Test
 {
+    Q_DISABLE_COPY_MOVE(KaveloTest)
+
 protected:
     KaveloTest();
     ~KaveloTest() override;
