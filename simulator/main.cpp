@@ -14,6 +14,8 @@
 #include <QTimer>
 #include <QVersionNumber>
 
+#include <memory>
+
 namespace {
 
 struct Options
@@ -99,9 +101,11 @@ int main(int argc, char *argv[])
     panel.show();
     window.activateWindow();
 
-    kavelo::Tour tour(window, panel, unit, parser.value(options.tour));
+    // Only with the option: the tour answers message boxes in place of the user.
+    std::unique_ptr<kavelo::Tour> tour;
     if (parser.isSet(options.tour)) {
-        QTimer::singleShot(0, &window, [&tour] { QApplication::exit(tour.run()); });
+        tour = std::make_unique<kavelo::Tour>(window, panel, unit, parser.value(options.tour));
+        QTimer::singleShot(0, &window, [&tour] { QApplication::exit(tour->run()); });
     }
     return QApplication::exec();
 }
