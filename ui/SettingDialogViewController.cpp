@@ -268,6 +268,11 @@ void SettingDialogViewController::done(int result)
     viewWillDisappear();
     dismissQuestions(&m_presenter);
     QDialog::done(result);
+    if (!timer2state) {
+        // The user has closed it and goes on in the main window, wherever the desktop would put the
+        // focus when a notice and this dialog go together.
+        m_presenter.activateWindow();
+    }
     // Not at once: one of this dialog's actions may still be waiting for the unit.
     deleteLater();
 }
