@@ -124,11 +124,12 @@ void HID_PnP::discardOwedReply()
 
 bool HID_PnP::sendRequest()
 {
-    // A report that came in before the request is no answer to it.
-    Flag_input = false;
     if (!m_myDevice->setReport(OutputPacketBuffer)) {
         return false;
     }
+    // A report that came in before the request is no answer to it; the answer itself can't come in
+    // before the event loop runs.
+    Flag_input = false;
     ++m_requestsSent;
     m_replyOwed.setRemainingTime(ReplyTime);
     return true;
