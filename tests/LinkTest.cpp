@@ -94,7 +94,7 @@ class LinkFailureTest : public LinkTest, public ::testing::WithParamInterface<Fa
 TEST_P(LinkFailureTest, IsToldOnceAndTheNextExchangeSucceeds)
 {
     const FailureCase &failure = GetParam();
-    unit.setLateness(std::chrono::milliseconds(3300));
+    unit.setLateness(std::chrono::milliseconds(4500));
     bus::plugIn(unit);
     HID_PnP link;
     unit.setFault({.kind = failure.fault, .exchange = 1});

@@ -167,7 +167,7 @@ TEST_P(ReadTroubleTest, EndsInAClearMessageAndNeverInAWrongRow)
 {
     const TroubleCase &trouble = GetParam();
     setFiveModes(unit);
-    unit.setLateness(std::chrono::milliseconds(3300));
+    unit.setLateness(std::chrono::milliseconds(4500));
     unit.setFault({.kind = trouble.fault, .exchange = trouble.exchange});
     boxes.answerWith(Qt::Key_Return);
     bus::plugIn(unit);

@@ -145,7 +145,7 @@ TEST_P(RestoreTroubleTest, IsToldInOrderAndLeavesWholeRecordsAndAWorkingWindow)
     plugInAndWait();
     const UnitMemory before = unit.memory();
     const UnitMemory after = factoryState(before);
-    unit.setLateness(std::chrono::milliseconds(3300));
+    unit.setLateness(std::chrono::milliseconds(4500));
     unit.setFault({.kind = trouble.fault, .exchange = trouble.exchange});
     boxes.answerWith(Qt::Key_Escape);
     for (qsizetype i = 1; i < trouble.boxes.size(); ++i) {

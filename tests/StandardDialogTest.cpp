@@ -339,7 +339,7 @@ TEST_P(WriteTroubleTest, IsToldOnceLeavesAWholeRecordAndTheNextEditWorks)
     const PedalMemory before = unit.memory().pedals[0];
     open(0);
     choose({0, QStringLiteral("NoModifiers"), 5, 0});
-    unit.setLateness(std::chrono::milliseconds(3300));
+    unit.setLateness(std::chrono::milliseconds(4500));
     unit.setFault({.kind = trouble.fault, .exchange = trouble.exchange});
     boxes.answerWith(Qt::Key_Return);
     click(write());

@@ -131,16 +131,6 @@ TEST_F(SimulatedUnitTest, AnswersEveryCommandAndChangesOnlyWhatItNames)
     }
 }
 
-TEST_F(SimulatedUnitTest, ReportsOddPedalCountsAndReachesOnlyRealPedals)
-{
-    for (const std::uint8_t count : std::initializer_list<std::uint8_t>{0, 6, 255}) {
-        unit.memory().numberOfPedals = count;
-        EXPECT_EQ(ask({0x91})[2], count);
-        EXPECT_EQ(ask({0x95, 5})[2], SimulatedUnit::RejectedStatus);
-        EXPECT_EQ(ask({0x95, 4})[2] == SimulatedUnit::RejectedStatus, count == 0);
-    }
-}
-
 TEST_F(SimulatedUnitTest, WorksOnOneRequestAtATimeAndKeepsWhatWasWrittenWithoutPower)
 {
     unit.setReplyDelay(20ms);
