@@ -319,6 +319,24 @@ TEST_F(StandardDialogTest, ADialogEditsItsOwnPedalEvenWhileTheUnitIsStillBeingRe
     EXPECT_TRUE(showsUnit(unit));
 }
 
+TEST_F(StandardDialogTest, NothingIsWrittenToAUnitThatHasJustTakenTheOthersPlace)
+{
+    SimulatedUnit next;
+    const UnitMemory before = next.memory();
+    plugInAndWait();
+    open(1);
+    bus::unplug(unit);
+    bus::plugIn(next);
+    for (int i = 0; i < 3; ++i) {
+        QCoreApplication::sendPostedEvents(); // the link changes units, but no tick has come yet
+    }
+    ASSERT_TRUE(isConnected && DeviceDetectedChanged);
+    choose({1, QStringLiteral("RightClick"), -1, 0});
+    click(write());
+    ASSERT_TRUE(waitUntil([&] { return showsUnit(next); }));
+    EXPECT_EQ(next.memory(), before);
+}
+
 struct WriteTrouble
 {
     FaultKind fault;

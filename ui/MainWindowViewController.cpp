@@ -73,6 +73,10 @@ public:
 
     [[nodiscard]] bool overtaken() const { return m_window.m_runs != m_number; }
 
+    /// Whether another unit may stand where the one was whose settings the arrays hold. Nothing may
+    /// be written then.
+    [[nodiscard]] bool unitChanged() const { return overtaken() || DeviceDetectedChanged; }
+
     /// The unit has not taken or given something. When this run is over, look what it really holds.
     void noteFailure() { m_hasFailed = true; }
 
@@ -381,7 +385,7 @@ bool MainWindowViewController::sendSelectedPedal()
 {
     Run run(*this);
     fillSetOutputModeAndData(SelectedPedalNo);
-    bool failed = plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON);
+    bool failed = run.unitChanged() || plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON);
     if (!failed) {
         fillSetParameters();
         failed = plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
@@ -425,7 +429,7 @@ bool MainWindowViewController::sendFactorySettings()
     Run run(*this);
     const int pedals = NumberOfPedals;
     // The user has agreed to restore this unit, not one that comes in its place.
-    for (int pedal = 0; pedal < pedals && !run.overtaken(); ++pedal) {
+    for (int pedal = 0; pedal < pedals && !run.unitChanged(); ++pedal) {
         SelectedPedalNo = pedal;
         applyFactorySetting(pedal);
         WritePedalContents();
@@ -436,7 +440,7 @@ bool MainWindowViewController::sendFactorySettings()
         }
     }
     fillSetParameters();
-    const bool failed = run.overtaken() || plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
+    const bool failed = run.unitChanged() || plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
     if (failed) {
         InitializeControls();
         run.noteFailure();
