@@ -1,6 +1,5 @@
 #include "SimulatedHidManager.h"
 
-#include "SimulatedDevice.h"
 #include "SimulatedUnit.h"
 
 #include <algorithm>
@@ -33,19 +32,17 @@ bool SimulatedHidManager::open()
 
 std::vector<hid::DeviceRef> SimulatedHidManager::copyDevices()
 {
-    return {m_devices.begin(), m_devices.end()};
+    return {m_set.devices().begin(), m_set.devices().end()};
 }
 
 void SimulatedHidManager::registerDeviceMatchingCallback(DeviceCallback callback, void *context)
 {
-    m_arrival = {callback, context};
-    ++m_arrivalRegistrations;
-    std::ranges::for_each(m_devices, [this](const auto &device) { postArrival(device); });
+    m_set.registerArrivalCallback(callback, context);
 }
 
 void SimulatedHidManager::registerDeviceRemovalCallback(DeviceCallback callback, void *context)
 {
-    m_removal = {callback, context};
+    m_set.registerRemovalCallback(callback, context);
 }
 
 void SimulatedHidManager::pluggedIn(const bus::AttachmentRef &attachment)
@@ -58,38 +55,17 @@ void SimulatedHidManager::pluggedIn(const bus::AttachmentRef &attachment)
 void SimulatedHidManager::takeIn(const bus::AttachmentRef &attachment)
 {
     if (attachment->unit->matching() == m_matching) {
-        m_devices.push_back(std::make_shared<SimulatedDevice>(attachment));
-        postArrival(m_devices.back());
+        m_set.add(std::make_shared<SimulatedDevice>(attachment));
     }
-}
-
-void SimulatedHidManager::postArrival(const SimulatedDeviceRef &device)
-{
-    if (m_arrival.callback == nullptr) {
-        return;
-    }
-    const auto deliver = [this, device, registration = m_arrivalRegistrations] {
-        const bool isPresent = device->attachment()->unit != nullptr;
-        if (isPresent && registration == m_arrivalRegistrations) {
-            m_arrival.callback(m_arrival.context, device);
-        }
-    };
-    QMetaObject::invokeMethod(&m_mailbox, deliver, Qt::QueuedConnection);
 }
 
 void SimulatedHidManager::unplugged(const bus::AttachmentRef &attachment)
 {
-    const auto gone = std::ranges::find(m_devices, attachment, &SimulatedDevice::attachment);
-    if (gone == m_devices.end()) {
-        return;
+    const auto &devices = m_set.devices();
+    const auto gone = std::ranges::find(devices, attachment, &SimulatedDevice::attachment);
+    if (gone != devices.end()) {
+        m_set.remove(*gone);
     }
-    const auto deliver = [this, device = *gone] {
-        if (m_removal.callback != nullptr) {
-            m_removal.callback(m_removal.context, device);
-        }
-    };
-    m_devices.erase(gone);
-    QMetaObject::invokeMethod(&m_mailbox, deliver, Qt::QueuedConnection);
 }
 
 std::unique_ptr<hid::Manager> hid::createManager()

@@ -51,7 +51,7 @@ QByteArray readDescriptor(udev_device *hidDevice)
 
 HidrawManager::~HidrawManager()
 {
-    for (const HidrawDeviceRef &device : m_devices) {
+    for (const HidrawDeviceRef &device : m_set.devices()) {
         device->retire();
     }
 }
@@ -73,21 +73,17 @@ bool HidrawManager::open()
 
 std::vector<DeviceRef> HidrawManager::copyDevices()
 {
-    return {m_devices.begin(), m_devices.end()};
+    return {m_set.devices().begin(), m_set.devices().end()};
 }
 
 void HidrawManager::registerDeviceMatchingCallback(DeviceCallback callback, void *context)
 {
-    m_arrival = {callback, context};
-    ++m_arrivalRegistrations;
-    for (const HidrawDeviceRef &device : m_devices) {
-        queueArrival(device);
-    }
+    m_set.registerArrivalCallback(callback, context);
 }
 
 void HidrawManager::registerDeviceRemovalCallback(DeviceCallback callback, void *context)
 {
-    m_removal = {callback, context};
+    m_set.registerRemovalCallback(callback, context);
 }
 
 bool HidrawManager::startMonitor()
@@ -149,16 +145,16 @@ void HidrawManager::takeEvent(udev_device *event)
     if (!action || !syspath) {
         return;
     }
-    const auto known = find(syspath);
+    const HidrawDeviceRef known = find(syspath);
     if (action == std::string_view("remove")) {
         remove(syspath);
-    } else if (known == m_devices.end()) {
+    } else if (!known) {
         // Only "add" brings a device. After a removal that a read error gave away, what else is
         // said about the node must not bring it back.
         if (action == std::string_view("add")) {
             add(event);
         }
-    } else if ((*known)->openAfterFailure()) {
+    } else if (known->openAfterFailure()) {
         // udev has only now given the permission: it was still at work when the device was found,
         // or the rule came later. Whoever was refused gets the device as a new one.
         remove(syspath);
@@ -181,67 +177,30 @@ bool HidrawManager::matches(udev_device *node) const
     return std::ranges::count(applicationUsagePages(bytes), m_matching.usagePage) > 0;
 }
 
-bool HidrawManager::isPresent(const DeviceRef &device) const
+HidrawManager::HidrawDeviceRef HidrawManager::find(std::string_view syspath) const
 {
-    return std::ranges::count(m_devices, device) > 0;
-}
-
-std::vector<HidrawManager::HidrawDeviceRef>::const_iterator
-HidrawManager::find(std::string_view syspath) const
-{
-    return std::ranges::find(m_devices, syspath, &HidrawDevice::syspath);
+    const auto found = std::ranges::find(m_set.devices(), syspath, &HidrawDevice::syspath);
+    return found == m_set.devices().end() ? nullptr : *found;
 }
 
 void HidrawManager::add(udev_device *node)
 {
     const char *file = udev_device_get_devnode(node);
     const std::string syspath = udev_device_get_syspath(node);
-    if (!file || find(syspath) != m_devices.end() || !matches(node)) {
+    if (!file || find(syspath) || !matches(node)) {
         return;
     }
     const auto device = std::make_shared<HidrawDevice>(syspath, file);
     connect(device.get(), &HidrawDevice::gone, this, [this, syspath] { remove(syspath); });
-    m_devices.push_back(device);
-    queueArrival(device);
+    m_set.add(device);
 }
 
 void HidrawManager::remove(std::string_view syspath)
 {
-    const auto position = find(syspath);
-    if (position == m_devices.end()) {
-        return;
+    if (const HidrawDeviceRef device = find(syspath)) {
+        device->retire();
+        m_set.remove(device);
     }
-    (*position)->retire();
-    const DeviceRef device = *position;
-    m_devices.erase(position);
-    queueRemoval(device);
-}
-
-/// Has the arrival callback that is registered now called from the event loop, unless it was
-/// replaced or the device went before that.
-void HidrawManager::queueArrival(const DeviceRef &device)
-{
-    if (!m_arrival.callback) {
-        return;
-    }
-    const auto deliver = [this, device, registration = m_arrivalRegistrations] {
-        if (registration == m_arrivalRegistrations && isPresent(device)) {
-            m_arrival.callback(m_arrival.context, device);
-        }
-    };
-    QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
-}
-
-/// Has the removal callback called from the event loop, whichever is registered by then: a holder
-/// that registers anew in between still learns that its device is gone.
-void HidrawManager::queueRemoval(const DeviceRef &device)
-{
-    const auto deliver = [this, device] {
-        if (m_removal.callback) {
-            m_removal.callback(m_removal.context, device);
-        }
-    };
-    QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
 }
 
 std::unique_ptr<Manager> createManager()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DeviceSet.h"
 #include "Hid.h"
 #include "HidrawDevice.h"
 #include "UdevHandles.h"
@@ -35,34 +36,21 @@ public:
 private:
     using HidrawDeviceRef = std::shared_ptr<HidrawDevice>;
 
-    struct Registration
-    {
-        DeviceCallback callback = nullptr;
-        void *context = nullptr;
-    };
-
     bool startMonitor();
     bool enumerate();
     void receiveEvents();
     void takeEvent(udev_device *event);
     [[nodiscard]] bool matches(udev_device *node) const;
-    [[nodiscard]] bool isPresent(const DeviceRef &device) const;
-    [[nodiscard]] std::vector<HidrawDeviceRef>::const_iterator find(std::string_view syspath) const;
+    /// Null for a node that is not in the set.
+    [[nodiscard]] HidrawDeviceRef find(std::string_view syspath) const;
     void add(udev_device *node);
     void remove(std::string_view syspath);
-    void queueArrival(const DeviceRef &device);
-    void queueRemoval(const DeviceRef &device);
 
     Matching m_matching;
     Udev m_udev;
     UdevMonitor m_monitor;
     std::unique_ptr<QSocketNotifier> m_monitorNotifier;
-    std::vector<HidrawDeviceRef> m_devices;
-    Registration m_arrival;
-    Registration m_removal;
-    /// Counts the registrations of an arrival callback: what was queued for an earlier one is not
-    /// delivered, as the later one has every present device queued anew.
-    std::uint64_t m_arrivalRegistrations = 0;
+    DeviceSet<HidrawDevice> m_set;
 };
 
 } // namespace kavelo::hid

@@ -22,11 +22,6 @@ void turnLoop()
     QTest::qWait(5);
 }
 
-void note(void *context, const hid::DeviceRef &device)
-{
-    static_cast<Devices *>(context)->push_back(device);
-}
-
 void countReport(void *context, std::span<const std::uint8_t> report)
 {
     EXPECT_EQ(report.size(), hid::ReportSize);
@@ -46,17 +41,9 @@ protected:
         ASSERT_TRUE(manager->open());
     }
 
-    void watch()
-    {
-        manager->registerDeviceMatchingCallback(note, &arrived);
-        manager->registerDeviceRemovalCallback(note, &removed);
-    }
-
     SimulatedUnit unit;
     SimulatedUnit secondUnit;
     std::unique_ptr<hid::Manager> manager;
-    Devices arrived;
-    Devices removed;
 };
 
 TEST_F(SimulatedHidManagerTest, FindsMatchingUnitsInTheOrderOfPlugging)
@@ -80,30 +67,6 @@ TEST_F(SimulatedHidManagerTest, FindsMatchingUnitsInTheOrderOfPlugging)
     EXPECT_EQ(count, 0);
     ASSERT_TRUE(QTest::qWaitFor([&] { return count == 1; }));
     EXPECT_EQ(buffer, (hid::Report{0x91, 0, 1}));
-}
-
-TEST_F(SimulatedHidManagerTest, AnnouncesArrivalAndRemovalOnceAndLater)
-{
-    bus::plugIn(unit);
-    openManager();
-    watch();
-    bus::plugIn(secondUnit);
-    const Devices present = manager->copyDevices();
-    EXPECT_TRUE(arrived.empty());
-    turnLoop();
-    EXPECT_EQ(arrived, present);
-
-    bus::unplug(unit);
-    EXPECT_EQ(manager->copyDevices(), Devices{present[1]});
-    EXPECT_TRUE(removed.empty());
-    turnLoop();
-    EXPECT_EQ(removed, Devices{present[0]});
-
-    bus::plugIn(unit);
-    turnLoop();
-    ASSERT_EQ(arrived.size(), 3U);
-    EXPECT_NE(arrived[2], present[0]);
-    EXPECT_EQ(manager->copyDevices(), (Devices{present[1], arrived[2]}));
 }
 
 TEST_F(SimulatedHidManagerTest, WritesTheBufferOnlyWhileACallbackIsOn)

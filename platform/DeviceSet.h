@@ -1,0 +1,99 @@
+#pragma once
+
+#include "Hid.h"
+
+#include <QMetaObject>
+#include <QObject>
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace kavelo::hid {
+
+/// The devices that a manager has found, and the announcing of their arrival and removal: what
+/// every manager does alike, whatever its `DeviceType` is. Everything is announced later, through
+/// the event loop; what is still due when the set goes is not announced any more.
+template <class DeviceType>
+class DeviceSet
+{
+public:
+    using Ref = std::shared_ptr<DeviceType>;
+
+    /// In the order in which they were added.
+    [[nodiscard]] const std::vector<Ref> &devices() const { return m_devices; }
+
+    void registerArrivalCallback(Manager::DeviceCallback callback, void *context)
+    {
+        m_arrival = {callback, context};
+        ++m_arrivalRegistrations;
+        for (const Ref &device : m_devices) {
+            postArrival(device);
+        }
+    }
+
+    void registerRemovalCallback(Manager::DeviceCallback callback, void *context)
+    {
+        m_removal = {callback, context};
+    }
+
+    void add(const Ref &device)
+    {
+        m_devices.push_back(device);
+        postArrival(device);
+    }
+
+    /// Nothing happens when the device is not in the set.
+    void remove(const Ref &device)
+    {
+        const auto position = std::ranges::find(m_devices, device);
+        if (position == m_devices.end()) {
+            return;
+        }
+        post([this, gone = *position] {
+            // Whichever callback is registered by now: a holder that has registered anew still
+            // learns that its device is gone.
+            if (m_removal.callback != nullptr) {
+                m_removal.callback(m_removal.context, gone);
+            }
+        });
+        m_devices.erase(position);
+    }
+
+private:
+    struct Registration
+    {
+        Manager::DeviceCallback callback = nullptr;
+        void *context = nullptr;
+    };
+
+    void postArrival(const Ref &device)
+    {
+        if (m_arrival.callback == nullptr) {
+            return;
+        }
+        post([this, device, registration = m_arrivalRegistrations] {
+            const bool isPresent = std::ranges::count(m_devices, device) > 0;
+            if (isPresent && registration == m_arrivalRegistrations) {
+                m_arrival.callback(m_arrival.context, device);
+            }
+        });
+    }
+
+    template <class Delivery>
+    void post(Delivery delivery)
+    {
+        QMetaObject::invokeMethod(&m_mailbox, delivery, Qt::QueuedConnection);
+    }
+
+    std::vector<Ref> m_devices;
+    Registration m_arrival;
+    Registration m_removal;
+    /// Counts the registrations of an arrival callback: what is due for an earlier one is not
+    /// announced, as the later one has every present device announced anew.
+    std::uint64_t m_arrivalRegistrations = 0;
+    QObject m_mailbox; ///< what is due is posted to it and goes with it
+};
+
+} // namespace kavelo::hid
