@@ -61,10 +61,8 @@ constexpr std::array<MouseAction, 4> MouseActions{{
 } // namespace
 
 SettingDialogViewController::SettingDialogViewController(MainWindowViewController &presenter)
-    : QDialog(&presenter)
-    , m_presenter(presenter)
+    : PedalSettingDialog(presenter)
     , m_ui(std::make_unique<Ui::SettingDialogViewController>())
-    , m_pedal(SelectedPedalNo)
 {
     m_ui->setupUi(this);
     m_modifierBoxes = {m_ui->checkboxCtrl, m_ui->checkboxShift, m_ui->checkboxAlt,
@@ -103,15 +101,6 @@ void SettingDialogViewController::connectActions()
     connect(&timer2, &QTimer::timeout, this, &Self::UpdateAppWindow2);
 }
 
-void SettingDialogViewController::present()
-{
-    const QPointer<SettingDialogViewController> self = this;
-    viewDidLoad();
-    if (self && !m_dismissed) {
-        open();
-    }
-}
-
 // Loading
 
 void SettingDialogViewController::viewDidLoad()
@@ -143,16 +132,16 @@ void SettingDialogViewController::setFixedTexts()
     m_ui->radiobuttonDoubleClick->setText(QStringLiteral("Double click"));
     m_ui->buttonProgramKavelo->setText(QStringLiteral("Write to Kavelo"));
     m_ui->buttonCancel->setText(QStringLiteral("Cancel"));
-    m_ui->Label_PedalName->setText(heading(m_pedal));
+    m_ui->Label_PedalName->setText(heading(pedal()));
 }
 
 void SettingDialogViewController::fillKeyList()
 {
-    std::size_t row = 0;
+    std::size_t listRow = 0;
     for (int usage = 0; usage <= Max_UsageID; ++usage) {
         if (isStandardKey(usage)) {
             m_ui->listboxKeys->addItem(GetKeyName(usage));
-            IndexToUsageID.at(row++) = usage;
+            IndexToUsageID.at(listRow++) = usage;
         }
     }
     m_ui->listboxKeys->setCurrentIndex(-1); // the first insertion has selected a row
@@ -160,11 +149,10 @@ void SettingDialogViewController::fillKeyList()
 
 void SettingDialogViewController::loadKeyboardSetting()
 {
-    const auto row = static_cast<std::size_t>(m_pedal);
-    if (OutputMode.at(row) == SIMPLE_KEY_OUTPUT) {
+    if (outputMode() == SIMPLE_KEY_OUTPUT) {
         m_ui->tabcontrolOutputMode->setCurrentWidget(m_ui->Tab_Keyboard);
-        const std::uint8_t modifiers = CommonData.at(row)[0];
-        const std::uint8_t usage = CommonData.at(row)[1];
+        const std::uint8_t modifiers = commonData()[0];
+        const std::uint8_t usage = commonData()[1];
         auto *const end = IndexToUsageID.begin() + m_ui->listboxKeys->count();
         auto *const found = std::find(IndexToUsageID.begin(), end, int{usage});
         if (usage == 0) {
@@ -203,8 +191,7 @@ void SettingDialogViewController::loadModifiers(std::uint8_t modifiers, std::uin
 
 void SettingDialogViewController::loadMouseSetting()
 {
-    const auto row = static_cast<std::size_t>(m_pedal);
-    const std::uint8_t mode = OutputMode.at(row);
+    const std::uint8_t mode = outputMode();
     M_buttonProgramKavelo_Enabled = mode == SIMPLE_CLICK || mode == SIMPLE_DOUBLE_CLICK;
     if (!M_buttonProgramKavelo_Enabled) {
         return;
@@ -213,7 +200,7 @@ void SettingDialogViewController::loadMouseSetting()
     for (const MouseAction &action : MouseActions) {
         if (action.mode == mode &&
             std::equal(action.bytes.begin(), action.bytes.begin() + action.size,
-                       CommonData.at(row).begin())) {
+                       commonData().begin())) {
             (m_ui.get()->*action.button)->setChecked(true);
             WithinStandard = true;
         }
@@ -223,17 +210,17 @@ void SettingDialogViewController::loadMouseSetting()
 void SettingDialogViewController::askAboutSettingBeyondStandard()
 {
     const QPointer<SettingDialogViewController> self = this;
-    const int pedal = m_pedal;
+    const int editedPedal = pedal();
     // The box belongs to the main window: this dialog is not on screen yet.
-    const Answer answer = askQuestion(BeyondStandardQuestion, &m_presenter);
+    const Answer answer = askQuestion(BeyondStandardQuestion, &presenter());
     if (answer == Answer::Ok) {
         logLine(QStringLiteral("Settings in Pedal %1 is out of the Standard, but the user selected "
                                "settings by the Standard.")
-                    .arg(pedal));
+                    .arg(editedPedal));
     } else if (answer == Answer::Cancel) {
         logLine(QStringLiteral("Settings in Pedal %1 is out of the Standard, and the user selected "
                                "canceling.")
-                    .arg(pedal));
+                    .arg(editedPedal));
         if (self) {
             dismiss();
         }
@@ -254,29 +241,6 @@ void SettingDialogViewController::UpdateAppWindow2()
     timer2state = false;
 }
 
-void SettingDialogViewController::dismiss()
-{
-    done(QDialog::Rejected);
-}
-
-void SettingDialogViewController::done(int result)
-{
-    if (m_dismissed) {
-        return;
-    }
-    m_dismissed = true;
-    viewWillDisappear();
-    dismissQuestions(&m_presenter);
-    QDialog::done(result);
-    if (!timer2state) {
-        // The user has closed it and goes on in the main window, wherever the desktop would put the
-        // focus when a notice and this dialog go together.
-        m_presenter.activateWindow();
-    }
-    // Not at once: one of this dialog's actions may still be waiting for the unit.
-    deleteLater();
-}
-
 void SettingDialogViewController::viewWillDisappear()
 {
     StandardSettingDialogOpen = false;
@@ -290,11 +254,7 @@ void SettingDialogViewController::cancelButtonPressed()
 
 void SettingDialogViewController::okButtonPressed()
 {
-    const QPointer<SettingDialogViewController> self = this;
-    m_presenter.SettingDialog_OK();
-    if (self) {
-        dismiss();
-    }
+    sendAndDismiss();
 }
 
 void SettingDialogViewController::okButtonPressed_keyboard()
@@ -321,8 +281,8 @@ void SettingDialogViewController::listboxKeys_SelectedIndexChanged()
 
 void SettingDialogViewController::listboxKeys_SelectedIndexChanged_manual()
 {
-    const auto row = static_cast<std::size_t>(m_ui->listboxKeys->currentIndex());
-    m_ui->textboxExplanation->setText(GetKeyExplanation(IndexToUsageID.at(row)));
+    const auto listRow = static_cast<std::size_t>(m_ui->listboxKeys->currentIndex());
+    m_ui->textboxExplanation->setText(GetKeyExplanation(IndexToUsageID.at(listRow)));
     Change_K_buttonProgramKavelo_Enabled();
 }
 
@@ -376,7 +336,7 @@ void SettingDialogViewController::buttonProgramKavelo_Click()
     // One write is enough: nothing can be chosen or pressed while the unit is being waited for.
     m_ui->buttonProgramKavelo->setEnabled(false);
     m_ui->tabcontrolOutputMode->setEnabled(false);
-    SelectedPedalNo = m_pedal;
+    SelectedPedalNo = pedal();
     if (m_ui->tabcontrolOutputMode->currentWidget() == m_ui->Tab_Mouse) {
         buildMouseRecord();
     } else {
@@ -388,12 +348,11 @@ void SettingDialogViewController::buttonProgramKavelo_Click()
 
 void SettingDialogViewController::buildKeyRecord()
 {
-    const auto row = static_cast<std::size_t>(m_pedal);
     const bool onlyModifiers = m_ui->radiobuttonOnlyModifiers->isChecked();
     const auto key = static_cast<std::size_t>(std::max(m_ui->listboxKeys->currentIndex(), 0));
-    OutputMode.at(row) = SIMPLE_KEY_OUTPUT;
-    CommonData.at(row)[0] = chosenModifiers();
-    CommonData.at(row)[1] =
+    outputMode() = SIMPLE_KEY_OUTPUT;
+    commonData()[0] = chosenModifiers();
+    commonData()[1] =
         onlyModifiers ? std::uint8_t{0} : static_cast<std::uint8_t>(IndexToUsageID.at(key));
 }
 
@@ -410,11 +369,10 @@ std::uint8_t SettingDialogViewController::chosenModifiers() const
 
 void SettingDialogViewController::buildMouseRecord()
 {
-    const auto row = static_cast<std::size_t>(m_pedal);
     for (const MouseAction &action : MouseActions) {
         if ((m_ui.get()->*action.button)->isChecked()) {
-            OutputMode.at(row) = action.mode;
-            std::copy_n(action.bytes.begin(), action.size, CommonData.at(row).begin());
+            outputMode() = action.mode;
+            std::copy_n(action.bytes.begin(), action.size, commonData().begin());
             return;
         }
     }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "KeyUsage.h"
+#include "PedalSettingDialog.h"
 
-#include <QDialog>
 #include <QTimer>
 
 #include <array>
@@ -17,15 +17,13 @@ namespace Ui {
 class SettingDialogViewController;
 }
 
-class MainWindowViewController;
-
 /// The Standard dialog is being dismissed by its watchdog. Set and read by the watchdog only.
 inline bool timer2state = false;
 
 /// The Standard dialog: sets one pedal to a key with or without the left-hand modifiers, to the
-/// modifiers alone, or to a click or double click. Edits the pedal that `SelectedPedalNo` names
-/// when it is created, and deletes itself when it is dismissed.
-class SettingDialogViewController : public QDialog
+/// modifiers alone, or to a click or double click. A pedal whose setting it cannot show is asked
+/// about first. It closes itself when its unit goes.
+class SettingDialogViewController : public PedalSettingDialog
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(SettingDialogViewController)
@@ -34,23 +32,16 @@ public:
     explicit SettingDialogViewController(MainWindowViewController &presenter);
     ~SettingDialogViewController() override;
 
-    /// Loads the dialog and opens it over the main window without blocking. A pedal whose setting
-    /// this dialog cannot show is asked about first; then the dialog may be gone at the end.
-    void present();
-
     /// Dismisses the dialog; nothing is written.
     void cancelButtonPressed();
     /// Sends what has been built, if anything, and dismisses the dialog.
     void okButtonPressed();
     void okButtonPressed_keyboard();
 
-    /// The one way out, whatever closes the dialog.
-    void done(int result) override;
-
 private:
-    void viewDidLoad();
-    void viewWillDisappear();
-    void dismiss();
+    void viewDidLoad() override;
+    void viewWillDisappear() override;
+    [[nodiscard]] bool isTakenDown() const override { return timer2state; }
     void UpdateAppWindow2();
 
     void connectActions();
@@ -87,7 +78,6 @@ private:
     void buildKeyRecord();
     void buildMouseRecord();
 
-    MainWindowViewController &m_presenter;
     std::unique_ptr<Ui::SettingDialogViewController> m_ui;
 
     /// Whether a complete choice stands on the Keyboard tab, and on the Mouse tab.
@@ -100,12 +90,8 @@ private:
     /// Closes the dialog when its unit goes.
     QTimer timer2;
 
-    /// The pedal being edited. `SelectedPedalNo` may move on meanwhile, when a read of the unit was
-    /// still going on.
-    const int m_pedal;
     /// The check boxes, in the order of the modifier byte's bits 0 to 3.
     std::array<QCheckBox *, 4> m_modifierBoxes{};
-    bool m_dismissed = false;
 };
 
 } // namespace kavelo

@@ -1,0 +1,53 @@
+#include "PedalSettingDialog.h"
+
+#include "Alert.h"
+#include "MainWindowViewController.h"
+
+#include <QPointer>
+
+namespace kavelo {
+
+PedalSettingDialog::PedalSettingDialog(MainWindowViewController &presenter)
+    : QDialog(&presenter)
+    , m_presenter(presenter)
+    , m_pedal(SelectedPedalNo)
+{
+}
+
+void PedalSettingDialog::present()
+{
+    const QPointer<PedalSettingDialog> self = this;
+    viewDidLoad();
+    if (self && !m_dismissed) {
+        open();
+    }
+}
+
+void PedalSettingDialog::done(int result)
+{
+    if (m_dismissed) {
+        return;
+    }
+    m_dismissed = true;
+    viewWillDisappear();
+    dismissQuestions(&m_presenter);
+    QDialog::done(result);
+    if (!isTakenDown()) {
+        // The user has closed it and goes on in the main window, wherever the desktop would put the
+        // focus when a notice and this dialog go together.
+        m_presenter.activateWindow();
+    }
+    // Not at once: one of this dialog's actions may still be waiting for the unit.
+    deleteLater();
+}
+
+void PedalSettingDialog::sendAndDismiss()
+{
+    const QPointer<PedalSettingDialog> self = this;
+    m_presenter.SettingDialog_OK();
+    if (self) {
+        dismiss();
+    }
+}
+
+} // namespace kavelo

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "PedalSetting.h"
+
+#include <QDialog>
+
+namespace kavelo {
+
+class MainWindowViewController;
+
+/// What the dialogs that set one pedal have in common: they edit the pedal that `SelectedPedalNo`
+/// names when they are created, send through the main window that presents them, and delete
+/// themselves when they are dismissed.
+class PedalSettingDialog : public QDialog
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(PedalSettingDialog)
+
+public:
+    explicit PedalSettingDialog(MainWindowViewController &presenter);
+
+    /// Loads the dialog and opens it over the main window without blocking. Loading may ask or wait
+    /// for something; the dialog may be gone at the end.
+    void present();
+
+    /// The one way out, whatever closes the dialog.
+    void done(int result) override;
+
+protected:
+    virtual void viewDidLoad() = 0;
+    virtual void viewWillDisappear() {}
+    /// Whether the program closes the dialog, not its user.
+    [[nodiscard]] virtual bool isTakenDown() const { return false; }
+
+    void dismiss() { done(Rejected); }
+    /// Sends the record that has been built and dismisses the dialog, whatever came of it. Waits
+    /// for the unit.
+    void sendAndDismiss();
+
+    [[nodiscard]] MainWindowViewController &presenter() const { return m_presenter; }
+    /// The index of the pedal being edited. `SelectedPedalNo` may move on meanwhile, when a read of
+    /// the unit was still going on.
+    [[nodiscard]] int pedal() const { return m_pedal; }
+    /// The pedal's row of the setting arrays.
+    [[nodiscard]] std::uint8_t &outputMode() const { return OutputMode.at(row()); }
+    [[nodiscard]] CommonRecord &commonData() const { return CommonData.at(row()); }
+    [[nodiscard]] const AdditionalBlock &additionalData() const { return AdditionalData.at(row()); }
+
+private:
+    [[nodiscard]] std::size_t row() const { return static_cast<std::size_t>(m_pedal); }
+
+    MainWindowViewController &m_presenter;
+    const int m_pedal;
+    bool m_dismissed = false;
+};
+
+} // namespace kavelo
