@@ -1,6 +1,7 @@
 #include "MainWindowViewController.h"
 
 #include "AdditionalDataTransfer.h"
+#include "AdvancedSettingDialogViewController.h"
 #include "Alert.h"
 #include "FactorySettings.h"
 #include "MainWindowLayout.h"
@@ -118,6 +119,8 @@ void MainWindowViewController::viewDidLoad()
         &Self::buttonSetPedal4Standard_Clicked};
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         connect(m_rows.at(row).standard, &QPushButton::clicked, this, Actions.at(row));
+        connect(m_rows.at(row).advanced, &QPushButton::clicked, this,
+                &Self::SetPedal2Advanced_clicked);
     }
     // The menu bar is as high as the desktop's font makes it; the rest of the height is the form's.
     setFixedHeight(menuBar()->sizeHint().height() + centralWidget()->minimumHeight());
@@ -369,6 +372,11 @@ void MainWindowViewController::openStandardDialog(int pedal)
     (new SettingDialogViewController(*this))->present();
 }
 
+void MainWindowViewController::SetPedal2Advanced_clicked()
+{
+    (new AdvancedSettingDialogViewController(*this))->present();
+}
+
 void MainWindowViewController::SettingDialog_OK()
 {
     if (!SettingEnabled) {
@@ -385,7 +393,9 @@ bool MainWindowViewController::sendSelectedPedal()
 {
     Run run(*this);
     fillSetOutputModeAndData(SelectedPedalNo);
-    bool failed = run.unitChanged() || plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON);
+    // The Advanced dialog stays open when its unit goes; the next one may have fewer pedals.
+    const bool isGone = run.unitChanged() || SelectedPedalNo >= NumberOfPedals;
+    bool failed = isGone || plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON);
     if (!failed) {
         fillSetParameters();
         failed = plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);

@@ -25,8 +25,8 @@ struct PedalCaptions;
 /// A restore of the factory settings has been asked for. Set by the menu, cleared by the main
 /// window when it starts the restore.
 inline bool InitialState = false;
-/// The Standard dialog has built a new record. Cleared when a dialog is opened, set by the dialog;
-/// without it nothing is sent.
+/// The Standard dialog has built a new record. Cleared when it is opened, set by the dialog;
+/// without it nothing is sent, nor from the Advanced dialog.
 inline bool SettingEnabled = false;
 /// Name of the pedal being edited, for the success message. Set when a dialog is opened.
 inline QString PedalName;
@@ -68,6 +68,10 @@ public:
     void buttonSetPedal2Standard_Clicked() { openStandardDialog(2); }
     void buttonSetPedal3Standard_Clicked() { openStandardDialog(3); }
     void buttonSetPedal4Standard_Clicked() { openStandardDialog(4); }
+
+    /// Opens the Advanced dialog on the pedal that `SelectedPedalNo` and `PedalName` name. Its
+    /// pages write only while `SettingEnabled` is true.
+    void SetPedal2Advanced_clicked();
 
 protected:
     void showEvent(QShowEvent *event) override;

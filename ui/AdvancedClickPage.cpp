@@ -1,0 +1,138 @@
+#include "AdvancedSettingDialogViewController.h"
+#include "ui_AdvancedSettingDialogViewController.h"
+
+#include <algorithm>
+
+namespace kavelo {
+namespace {
+
+using Form = Ui::AdvancedSettingDialogViewController;
+
+constexpr std::uint8_t LeftClick = 1;
+constexpr std::uint8_t RightClick = 2;
+constexpr std::uint8_t CenterClick = 4;
+constexpr std::uint8_t AllClicks = LeftClick | RightClick | CenterClick;
+
+/// A click of one button, as the record has it.
+struct ClickChoice
+{
+    QRadioButton *Form::*radio;
+    std::uint8_t mode;
+    std::uint8_t clicks;
+};
+
+constexpr std::array<ClickChoice, 6> ClickChoices{{
+    {&Form::C_radiobuttonLeftClick, SIMPLE_CLICK, LeftClick},
+    {&Form::C_radiobuttonRightClick, SIMPLE_CLICK, RightClick},
+    {&Form::C_radiobuttonCenterClick, SIMPLE_CLICK, CenterClick},
+    {&Form::C_radiobuttonLeftDoubleClick, SIMPLE_DOUBLE_CLICK, LeftClick},
+    {&Form::C_radiobuttonRightDoubleClick, SIMPLE_DOUBLE_CLICK, RightClick},
+    {&Form::C_radiobuttonCenterDoubleClick, SIMPLE_DOUBLE_CLICK, CenterClick},
+}};
+
+struct ClickBox
+{
+    QCheckBox *Form::*box;
+    std::uint8_t click;
+};
+
+constexpr std::array<ClickBox, 3> ClickBoxes{{
+    {&Form::C_checkboxLeftClick, LeftClick},
+    {&Form::C_checkboxRightClick, RightClick},
+    {&Form::C_checkboxCenterClick, CenterClick},
+}};
+
+} // namespace
+
+void AdvancedSettingDialogViewController::connectClickPage()
+{
+    const std::array<std::pair<QAbstractButton *, Action>, 10> actions{{
+        {m_ui->C_radiobuttonLeftClick, &Self::C_radiobuttonLeftClick_CheckedChanged},
+        {m_ui->C_radiobuttonRightClick, &Self::C_radiobuttonRightClick_CheckedChanged},
+        {m_ui->C_radiobuttonCenterClick, &Self::C_radiobuttonCenterClick_CheckedChanged},
+        {m_ui->C_radiobuttonLeftDoubleClick, &Self::C_radiobuttonLeftDoubleClick_CheckedChanged},
+        {m_ui->C_radiobuttonRightDoubleClick, &Self::C_radiobuttonRightDoubleClick_CheckedChanged},
+        {m_ui->C_radiobuttonCenterDoubleClick,
+         &Self::C_radiobuttonCenterDoubleClick_CheckedChanged},
+        {m_ui->C_checkboxPluralButtonSimultaneousClick,
+         &Self::C_checkboxPluralButtonSimultaneousClick_CheckedChanged},
+        {m_ui->C_checkboxLeftClick, &Self::C_checkboxLeftClick_CheckedChanged},
+        {m_ui->C_checkboxRightClick, &Self::C_checkboxRightClick_CheckedChanged},
+        {m_ui->C_checkboxCenterClick, &Self::C_checkboxCenterClick_CheckedChanged},
+    }};
+    connectActions(actions);
+}
+
+void AdvancedSettingDialogViewController::loadClickPage()
+{
+    std::uint8_t &clicks = commonData()[0];
+    const bool isSingle = outputMode() == SIMPLE_CLICK;
+    const bool isClick = isSingle || outputMode() == SIMPLE_DOUBLE_CLICK;
+    const auto findChoice = [&] {
+        return std::ranges::find_if(ClickChoices, [&](const ClickChoice &choice) {
+            return choice.mode == outputMode() && choice.clicks == clicks;
+        });
+    };
+    auto choice = findChoice();
+    const bool isPlural =
+        isSingle && choice == ClickChoices.end() && clicks != 0 && clicks <= AllClicks;
+    if (isPlural) {
+        for (const auto &[box, click] : ClickBoxes) {
+            if ((clicks & click) != 0) {
+                (m_ui.get()->*box)->setChecked(true);
+            }
+        }
+    } else if (isClick && choice == ClickChoices.end()) {
+        clicks = LeftClick;
+        choice = findChoice();
+    }
+    m_ui->C_checkboxPluralButtonSimultaneousClick->setChecked(isPlural);
+    turnOn(choice == ClickChoices.end() ? m_ui->C_radiobuttonLeftClick
+                                        : m_ui.get()->*choice->radio);
+    Change_C_control_VisibleEnabled();
+}
+
+void AdvancedSettingDialogViewController::chooseClick(std::size_t choice)
+{
+    turnOn(m_ui.get()->*ClickChoices.at(choice).radio);
+}
+
+void AdvancedSettingDialogViewController::Change_C_control_VisibleEnabled()
+{
+    const bool isPlural = m_ui->C_checkboxPluralButtonSimultaneousClick->isChecked();
+    for (const ClickChoice &choice : ClickChoices) {
+        (m_ui.get()->*choice.radio)->setEnabled(!isPlural);
+    }
+    for (const ClickBox &click : ClickBoxes) {
+        (m_ui.get()->*click.box)->setEnabled(isPlural);
+    }
+}
+
+std::uint8_t AdvancedSettingDialogViewController::simultaneousClicks() const
+{
+    std::uint8_t clicks = 0;
+    for (const auto &[box, click] : ClickBoxes) {
+        if ((m_ui.get()->*box)->isChecked()) {
+            clicks |= click;
+        }
+    }
+    return clicks;
+}
+
+void AdvancedSettingDialogViewController::okButtonPressed_C()
+{
+    const auto *const choice =
+        std::ranges::find_if(ClickChoices, [this](const ClickChoice &candidate) {
+            return (m_ui.get()->*candidate.radio)->isChecked();
+        });
+    if (m_ui->C_checkboxPluralButtonSimultaneousClick->isChecked()) {
+        outputMode() = SIMPLE_CLICK;
+        commonData()[0] = simultaneousClicks();
+    } else if (choice != ClickChoices.end()) {
+        outputMode() = choice->mode;
+        commonData()[0] = choice->clicks;
+    }
+    sendAndDismiss();
+}
+
+} // namespace kavelo

@@ -1,0 +1,74 @@
+#include "AdvancedSettingDialogViewController.h"
+#include "ModifierName.h"
+#include "ui_AdvancedSettingDialogViewController.h"
+
+namespace kavelo {
+namespace {
+
+enum ModifierRow { NoModifiers = 0, WithModifiers = 1, OnlyModifiers = 2 };
+
+/// The usage IDs of the key list's rows: "a", "b", "c", "d". No choice writes the last one's, too.
+constexpr std::array<std::uint8_t, 4> KeyListUsageIDs{4, 5, 6, 7};
+
+std::uint8_t usageOfListRow(int row)
+{
+    const auto index = static_cast<std::size_t>(row);
+    return index < KeyListUsageIDs.size() ? KeyListUsageIDs.at(index) : KeyListUsageIDs.back();
+}
+
+} // namespace
+
+void AdvancedSettingDialogViewController::connectKeyOutputPage()
+{
+    m_ui->RadioButtonModifiers_KO->setId(m_ui->KO_radiobuttonNoModifiers, NoModifiers);
+    m_ui->RadioButtonModifiers_KO->setId(m_ui->KO_radiobuttonWithModifiers, WithModifiers);
+    m_ui->RadioButtonModifiers_KO->setId(m_ui->KO_radiobuttonOnlyModifiers, OnlyModifiers);
+    for (const std::uint8_t usage : KeyListUsageIDs) {
+        m_ui->KO_listboxKeys->addItem(GetKeyName(usage));
+    }
+    m_ui->KO_listboxKeys->setCurrentIndex(-1); // the first insertion has selected a row
+    const std::array<std::pair<QAbstractButton *, Action>, 8> actions{{
+        {m_ui->KO_checkboxLeftCtrl, &Self::KO_checkboxLeftCtrl_clicked},
+        {m_ui->KO_checkboxLeftShift, &Self::KO_checkboxLeftShift_clicked},
+        {m_ui->KO_checkboxLeftAlt, &Self::KO_checkboxLeftAlt_clicked},
+        {m_ui->KO_checkboxLeftWindowsKey, &Self::KO_checkboxLeftWindowsKey_clicked},
+        {m_ui->KO_checkboxRightCtrl, &Self::KO_checkboxRightCtrl_clicked},
+        {m_ui->KO_checkboxRightShift, &Self::KO_checkboxRightShift_clicked},
+        {m_ui->KO_checkboxRightAlt, &Self::KO_checkboxRightAlt_clicked},
+        {m_ui->KO_checkboxRightWindowsKey, &Self::KO_checkboxRightWindowsKey_clicked},
+    }};
+    connectActions(actions);
+}
+
+std::uint8_t AdvancedSettingDialogViewController::chosenModifiers() const
+{
+    const std::array<std::pair<bool, ModifierBit>, 8> modifiers{{
+        {KO_checkboxLeftCtrl_isChecked, LeftControl},
+        {KO_checkboxLeftShift_isChecked, LeftShift},
+        {KO_checkboxLeftAlt_isChecked, LeftOption},
+        {KO_checkboxLeftWindowsKey_isChecked, LeftCommand},
+        {KO_checkboxRightCtrl_isChecked, RightControl},
+        {KO_checkboxRightShift_isChecked, RightShift},
+        {KO_checkboxRightAlt_isChecked, RightOption},
+        {KO_checkboxRightWindowsKey_isChecked, RightCommand},
+    }};
+    std::uint8_t chosen = 0;
+    for (const auto &[isChecked, bit] : modifiers) {
+        if (isChecked) {
+            chosen |= bit;
+        }
+    }
+    return chosen;
+}
+
+void AdvancedSettingDialogViewController::okButtonPressed_KO()
+{
+    // The bytes go out under the mode that the pedal has.
+    const int row = m_ui->RadioButtonModifiers_KO->checkedId();
+    commonData()[0] = row == NoModifiers ? std::uint8_t{0} : chosenModifiers();
+    commonData()[1] = row == OnlyModifiers ? std::uint8_t{0}
+                                           : usageOfListRow(m_ui->KO_listboxKeys->currentIndex());
+    sendAndDismiss();
+}
+
+} // namespace kavelo
