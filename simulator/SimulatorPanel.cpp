@@ -86,6 +86,10 @@ void SimulatorPanel::connectControls()
             [this](int delay) { m_unit.setReplyDelay(std::chrono::milliseconds(delay)); });
     connect(m_ui->lateness, &QSpinBox::valueChanged, this,
             [this](int lateness) { m_unit.setLateness(std::chrono::milliseconds(lateness)); });
+    connect(m_ui->openAdvanced, &QPushButton::clicked, this, [this] {
+        Q_EMIT advancedDialogRequested(m_ui->advancedPedal->value(),
+                                       m_ui->settingEnabled->isChecked());
+    });
     // Choosing the same fault again arms it again.
     connect(m_ui->fault, &QComboBox::activated, this, &SimulatorPanel::setFault);
     connect(m_ui->faultExchange, &QSpinBox::valueChanged, this, &SimulatorPanel::setFault);

@@ -25,6 +25,10 @@ public:
     explicit SimulatorPanel(SimulatedUnit &unit, QWidget *parent = nullptr);
     ~SimulatorPanel() override;
 
+Q_SIGNALS:
+    /// The Advanced dialog is to be opened on a pedal, 0 to 4; with or without leave to write.
+    void advancedDialogRequested(int pedal, bool settingEnabled);
+
 private:
     void showUnit();
     void connectControls();

@@ -1,5 +1,6 @@
 #include "Tour.h"
 
+#include "AdvancedSettingDialogViewController.h"
 #include "MainWindowViewController.h"
 #include "PedalSetting.h"
 #include "SettingDialogViewController.h"
@@ -7,6 +8,7 @@
 #include "SimulatedUnit.h"
 #include "SimulatorPanel.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -15,6 +17,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTest>
 #include <QTextStream>
@@ -32,6 +35,9 @@ constexpr int Patience = 20000; // ms
 /// Pedals that the round uses: one that the Standard dialog can't show, and one that it edits.
 constexpr int PedalBeyondStandard = 0;
 constexpr int EditedPedal = 1;
+/// Pedals for the Advanced dialog: one that is set to clicks there, and one that moves the pointer.
+constexpr int ClickedPedal = 2;
+constexpr int PointerPedal = 3;
 
 template <class Control>
 Control &control(QWidget &window, const QString &name)
@@ -47,9 +53,19 @@ Control &pedalControl(QWidget &window, const char *name, int pedal)
     return control<Control>(window, QString::asprintf(name, pedal));
 }
 
+/// Clicks on the left part of the control: a button's mark, or its title.
 void click(QWidget &widget)
 {
-    QTest::mouseClick(&widget, Qt::LeftButton);
+    QTest::mouseClick(&widget, Qt::LeftButton, {}, {10, widget.height() / 2});
+}
+
+/// The dialog of this class that is on screen; null when there is none.
+template <class Dialog>
+Dialog *shownDialog(QWidget &window)
+{
+    const auto dialogs = window.findChildren<Dialog *>();
+    const auto shown = std::ranges::find_if(dialogs, &QWidget::isVisible);
+    return shown == dialogs.end() ? nullptr : *shown;
 }
 
 } // namespace
@@ -70,11 +86,12 @@ int Tour::run()
         const char *purpose;
         bool (Tour::*run)();
     };
-    constexpr std::array<Step, 6> Steps{{
+    constexpr std::array<Step, 7> Steps{{
         {"reading the unit", &Tour::showUnit},
         {"units of 1 to 5 pedals", &Tour::showEveryNumberOfPedals},
         {"the question about a setting beyond the Standard", &Tour::askAboutSettingBeyondStandard},
         {"editing a pedal", &Tour::editPedal},
+        {"the pages of the Advanced dialog", &Tour::showAdvancedPages},
         {"the menu and its notices", &Tour::showNotices},
         {"restoring the factory settings", &Tour::restore},
     }};
@@ -127,12 +144,10 @@ bool Tour::askAboutSettingBeyondStandard()
 bool Tour::editPedal()
 {
     click(pedalControl<QPushButton>(m_window, "buttonSetPedal%dStandard", EditedPedal));
-    const auto dialogs = m_window.findChildren<SettingDialogViewController *>();
-    const auto shown = std::ranges::find_if(dialogs, &QWidget::isVisible);
-    if (shown == dialogs.end()) {
+    auto *const dialog = shownDialog<SettingDialogViewController>(m_window);
+    if (dialog == nullptr) {
         return false;
     }
-    SettingDialogViewController *const dialog = *shown;
     auto &tabs = control<QTabWidget>(*dialog, QStringLiteral("tabcontrolOutputMode"));
     tabs.setCurrentIndex(1);
     picture(*dialog, QStringLiteral("standard-mouse"));
@@ -146,6 +161,58 @@ bool Tour::editPedal()
     click(control<QPushButton>(*dialog, QStringLiteral("buttonProgramKavelo")));
     printPedals();
     return m_boxes.isDone() && !StandardSettingDialogOpen;
+}
+
+AdvancedSettingDialogViewController *Tour::openAdvancedDialog(int pedal)
+{
+    control<QSpinBox>(m_panel, QStringLiteral("advancedPedal")).setValue(pedal);
+    click(control<QPushButton>(m_panel, QStringLiteral("openAdvanced")));
+    return shownDialog<AdvancedSettingDialogViewController>(m_window);
+}
+
+bool Tour::showAdvancedPages()
+{
+    AdvancedSettingDialogViewController *dialog = openAdvancedDialog(ClickedPedal);
+    if (dialog == nullptr) {
+        return false;
+    }
+    for (const char *name : {"C_checkboxPluralButtonSimultaneousClick", "C_checkboxRightClick",
+                             "C_checkboxCenterClick"}) {
+        click(control<QCheckBox>(*dialog, QLatin1String(name)));
+    }
+    expectBox(QStringLiteral("notice-written-advanced"), Qt::Key_Return);
+    click(control<QPushButton>(*dialog, QStringLiteral("buttonOK")));
+    const PedalMemory &written = m_unit.memory().pedals.at(std::size_t{ClickedPedal});
+    if (!m_boxes.isDone() || written.mode != SIMPLE_CLICK || written.record[0] != 6) {
+        return false;
+    }
+
+    struct Page
+    {
+        int pedal;
+        const char *name;
+    };
+    constexpr std::array<Page, 4> Pages{{{ClickedPedal, "click"},
+                                         {EditedPedal, "key-output"},
+                                         {PointerPedal, "pointer-movement"},
+                                         {PedalBeyondStandard, "multiple-key-output"}}};
+    for (std::size_t index = 0; index < Pages.size(); ++index) {
+        dialog = openAdvancedDialog(Pages.at(index).pedal);
+        if (dialog == nullptr) {
+            return false;
+        }
+        control<QTabWidget>(*dialog, QStringLiteral("tabcontrolPages"))
+            .setCurrentIndex(static_cast<int>(index));
+        picture(*dialog, QStringLiteral("advanced-") + QLatin1String(Pages.at(index).name));
+        if (Pages.at(index).pedal == PedalBeyondStandard) {
+            auto &outputs = control<QComboBox>(*dialog, QStringLiteral("PSKO_listboxOutput"));
+            outputs.showPopup();
+            picture(*outputs.view()->window(), QStringLiteral("advanced-outputs"));
+            outputs.hidePopup();
+        }
+        QTest::keyClick(dialog, Qt::Key_Escape);
+    }
+    return true;
 }
 
 bool Tour::showNotices()

@@ -9,6 +9,7 @@ class QWidget;
 
 namespace kavelo {
 
+class AdvancedSettingDialogViewController;
 class MainWindowViewController;
 class SimulatedUnit;
 class SimulatorPanel;
@@ -31,10 +32,13 @@ private:
     [[nodiscard]] bool showEveryNumberOfPedals();
     [[nodiscard]] bool askAboutSettingBeyondStandard();
     [[nodiscard]] bool editPedal();
+    [[nodiscard]] bool showAdvancedPages();
     [[nodiscard]] bool showNotices();
     [[nodiscard]] bool restore();
 
     [[nodiscard]] bool waitForPedals(int pedals);
+    /// Opens the Advanced dialog from the panel; null when it does not come.
+    [[nodiscard]] AdvancedSettingDialogViewController *openAdvancedDialog(int pedal);
     void printPedals();
     void picture(QWidget &widget, const QString &name);
     /// The next message box is photographed and answered with `key`.

@@ -2,6 +2,7 @@
 #include "DemoSettings.h"
 #include "MainWindowViewController.h"
 #include "MenuClass.h"
+#include "PedalSetting.h"
 #include "SimulatedBus.h"
 #include "SimulatedUnit.h"
 #include "SimulatorPanel.h"
@@ -9,6 +10,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QLabel>
 #include <QPalette>
 #include <QScreen>
 #include <QTimer>
@@ -72,6 +74,20 @@ void placeBelow(QWidget &panel, const QWidget &window)
     }
 }
 
+/// Does what the main window's Advanced buttons, which are never enabled, would do.
+void openAdvancedDialog(kavelo::MainWindowViewController &window, int pedal, bool settingEnabled)
+{
+    if (QWidget *open = QApplication::activeModalWidget()) {
+        open->activateWindow(); // one at a time, as in the utility
+        return;
+    }
+    kavelo::SelectedPedalNo = pedal;
+    kavelo::PedalName =
+        window.findChild<QLabel *>(QStringLiteral("labelPedal%1Name").arg(pedal))->text();
+    kavelo::SettingEnabled = settingEnabled;
+    window.SetPedal2Advanced_clicked();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -96,6 +112,10 @@ int main(int argc, char *argv[])
     kavelo::MenuClass menu(window.menuItems());
     delegate.menu = &menu;
     kavelo::SimulatorPanel panel(unit);
+    QObject::connect(&panel, &kavelo::SimulatorPanel::advancedDialogRequested, &window,
+                     [&window](int pedal, bool settingEnabled) {
+                         openAdvancedDialog(window, pedal, settingEnabled);
+                     });
     window.show();
     placeBelow(panel, window);
     panel.show();
