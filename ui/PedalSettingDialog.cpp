@@ -3,9 +3,27 @@
 #include "Alert.h"
 #include "MainWindowViewController.h"
 
+#include <QAbstractButton>
+#include <QButtonGroup>
 #include <QPointer>
 
 namespace kavelo {
+namespace {
+
+/// Makes Tab stop at the chosen button of every group, from where the arrow keys choose. Qt sees to
+/// that only once a group has had the focus.
+void setTabStops(const QWidget &dialog)
+{
+    for (const QButtonGroup *group : dialog.findChildren<QButtonGroup *>()) {
+        for (QAbstractButton *button : group->buttons()) {
+            if (group->checkedButton() != nullptr && !button->isChecked()) {
+                button->setFocusPolicy(Qt::ClickFocus);
+            }
+        }
+    }
+}
+
+} // namespace
 
 PedalSettingDialog::PedalSettingDialog(MainWindowViewController &presenter)
     : QDialog(&presenter)
@@ -19,6 +37,7 @@ void PedalSettingDialog::present()
     const QPointer<PedalSettingDialog> self = this;
     viewDidLoad();
     if (self && !m_dismissed) {
+        setTabStops(*this);
         open();
     }
 }

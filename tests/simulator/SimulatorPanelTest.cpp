@@ -151,6 +151,22 @@ TEST_F(SimulatorPanelTest, ListsExchangesAndArmsFaults)
     EXPECT_FALSE(find<QCheckBox>("pluggedIn")->isChecked());
 }
 
+TEST_F(SimulatorPanelTest, AsksForTheAdvancedDialog)
+{
+    QSignalSpy requests(&panel, &SimulatorPanel::advancedDialogRequested);
+    press(Qt::Key_A);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return requests.size() == 1; }));
+    press(Qt::Key_O);
+    type("3");
+    press(Qt::Key_W);
+    EXPECT_TRUE(
+        QTest::qWaitFor([this] { return !find<QCheckBox>("settingEnabled")->isChecked(); }));
+    press(Qt::Key_A);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return requests.size() == 2; }));
+    EXPECT_EQ(requests.value(0), (QVariantList{0, true}));
+    EXPECT_EQ(requests.value(1), (QVariantList{3, false}));
+}
+
 TEST_F(SimulatorPanelTest, EveryControlIsNamedAndReachedByTab)
 {
     EXPECT_EQ(panel.windowTitle(), QStringLiteral("Simulated Kavelo"));
@@ -158,7 +174,7 @@ TEST_F(SimulatorPanelTest, EveryControlIsNamedAndReachedByTab)
     bus::plugIn(unit);
     find<QCheckBox>("pluggedIn")->setFocus();
     std::set<QString> reached;
-    for (int i = 0; i < 13; ++i) {
+    for (int i = 0; i < 16; ++i) {
         QWidget *focus = QApplication::focusWidget();
         ASSERT_NE(focus, nullptr);
         reached.insert(focus->objectName());
@@ -167,7 +183,7 @@ TEST_F(SimulatorPanelTest, EveryControlIsNamedAndReachedByTab)
             << qPrintable(focus->objectName());
         QTest::keyClick(focus, Qt::Key_Tab);
     }
-    EXPECT_EQ(reached.size(), 13U);
+    EXPECT_EQ(reached.size(), 16U);
 }
 
 } // namespace
