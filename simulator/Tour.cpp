@@ -2,7 +2,10 @@
 
 #include "AdvancedSettingDialogViewController.h"
 #include "MainWindowViewController.h"
+#include "ModifierName.h"
+#include "PedalDescription.h"
 #include "PedalSetting.h"
+#include "ScreenText.h"
 #include "SettingDialogViewController.h"
 #include "SimulatedBus.h"
 #include "SimulatedUnit.h"
@@ -112,7 +115,7 @@ bool Tour::showUnit()
     }
     printPedals();
     picture(m_panel, QStringLiteral("panel"));
-    return true;
+    return showsWhatTheUnitHolds();
 }
 
 bool Tour::showEveryNumberOfPedals()
@@ -126,7 +129,7 @@ bool Tour::showEveryNumberOfPedals()
             m_unit.memory().numberOfPedals = static_cast<std::uint8_t>(pedals);
             bus::plugIn(m_unit);
         }
-        if (!waitForPedals(pedals)) {
+        if (!waitForPedals(pedals) || !showsWhatTheUnitHolds()) {
             return false;
         }
         picture(m_window, QStringLiteral("main-%1-pedals").arg(pedals));
@@ -160,7 +163,10 @@ bool Tour::editPedal()
     expectBox(QStringLiteral("notice-written"), Qt::Key_Return);
     click(control<QPushButton>(*dialog, QStringLiteral("buttonProgramKavelo")));
     printPedals();
-    return m_boxes.isDone() && !StandardSettingDialogOpen;
+    const PedalMemory controlShiftX{.mode = SIMPLE_KEY_OUTPUT,
+                                    .record = {LeftControl | LeftShift, 0x1B}};
+    return m_boxes.isDone() && !StandardSettingDialogOpen && showsWhatTheUnitHolds() &&
+           m_unit.memory().pedals.at(std::size_t{EditedPedal}) == controlShiftX;
 }
 
 AdvancedSettingDialogViewController *Tour::openAdvancedDialog(int pedal)
@@ -183,7 +189,8 @@ bool Tour::showAdvancedPages()
     expectBox(QStringLiteral("notice-written-advanced"), Qt::Key_Return);
     click(control<QPushButton>(*dialog, QStringLiteral("buttonOK")));
     const PedalMemory &written = m_unit.memory().pedals.at(std::size_t{ClickedPedal});
-    if (!m_boxes.isDone() || written.mode != SIMPLE_CLICK || written.record[0] != 6) {
+    if (!m_boxes.isDone() || written.mode != SIMPLE_CLICK || written.record[0] != 6 ||
+        !showsWhatTheUnitHolds()) {
         return false;
     }
 
@@ -237,7 +244,14 @@ bool Tour::restore()
     }
     printPedals();
     picture(m_window, QStringLiteral("main-restored"));
-    return true;
+    const auto isRestored = [](const PedalMemory &pedal, const PedalMemory &factory) {
+        // A restore leaves the bytes alone that a mode does not use.
+        const bool usesByte1 = factory.mode == SIMPLE_KEY_OUTPUT;
+        return pedal.mode == factory.mode && pedal.record[0] == factory.record[0] &&
+               (!usesByte1 || pedal.record[1] == factory.record[1]);
+    };
+    return showsWhatTheUnitHolds() &&
+           std::ranges::equal(m_unit.memory().pedals, UnitMemory().pedals, isRestored);
 }
 
 bool Tour::waitForPedals(int pedals)
@@ -253,6 +267,21 @@ bool Tour::waitForPedals(int pedals)
         return count;
     };
     return QTest::qWaitFor([&] { return !DeviceDetectedChanged && lit() == pedals; }, Patience);
+}
+
+bool Tour::showsWhatTheUnitHolds()
+{
+    for (int pedal = 0; DeviceDetected && pedal < NumberOfPedals; ++pedal) {
+        const auto row = static_cast<std::size_t>(pedal);
+        const PedalMemory &memory = m_unit.memory().pedals.at(row);
+        const QString text =
+            pedalControl<QPlainTextEdit>(m_window, "textboxPedal%dContents", pedal).toPlainText();
+        if (OutputMode.at(row) != memory.mode || CommonData.at(row) != memory.record ||
+            text != toScreenText(PedalDescription(pedal))) {
+            return false;
+        }
+    }
+    return true;
 }
 
 void Tour::printPedals()

@@ -16,7 +16,7 @@ class SimulatorPanel;
 
 /// A round through all windows on a simulated five-pedal unit, for machines without a display:
 /// shows, edits and restores it with clicks and keys, prints what the windows say, and saves a
-/// picture of every window.
+/// picture of every window. It stops where a window does not show what the unit holds.
 class Tour
 {
 public:
@@ -39,6 +39,8 @@ private:
     [[nodiscard]] bool waitForPedals(int pedals);
     /// Opens the Advanced dialog from the panel; null when it does not come.
     [[nodiscard]] AdvancedSettingDialogViewController *openAdvancedDialog(int pedal);
+    /// Whether the window, its settings and the unit's memory say the same.
+    [[nodiscard]] bool showsWhatTheUnitHolds();
     void printPedals();
     void picture(QWidget &widget, const QString &name);
     /// The next message box is photographed and answered with `key`.

@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <QVersionNumber>
 
+#include <array>
 #include <memory>
 
 namespace {
@@ -32,7 +33,9 @@ struct Options
                              QStringLiteral("ms"), QStringLiteral("5")};
     QCommandLineOption unplugged{QStringLiteral("unplugged"),
                                  QStringLiteral("Start with the unit unplugged.")};
-    QCommandLineOption dark{QStringLiteral("dark"), QStringLiteral("Use a dark palette.")};
+    QCommandLineOption palette{QStringLiteral("palette"),
+                               QStringLiteral("Colours: light, dark or contrast (light)."),
+                               QStringLiteral("name"), QStringLiteral("light")};
     QCommandLineOption tour{
         QStringLiteral("tour"),
         QStringLiteral("Go round all windows, save their pictures in <folder>, and quit."),
@@ -54,15 +57,39 @@ void setUp(kavelo::SimulatedUnit &unit, const QCommandLineParser &parser, const 
     }
 }
 
-QPalette darkPalette()
+/// The colours that a palette is made of, and that Qt can't derive from each other.
+struct Colours
 {
-    QPalette palette(QColor(0x35, 0x35, 0x35)); // derives the colours of text and shadows
-    palette.setColor(QPalette::Base, QColor(0x23, 0x23, 0x23));
-    palette.setColor(QPalette::AlternateBase, QColor(0x2c, 0x2c, 0x2c));
+    QString name;
+    QColor window;
+    QColor base;
+    QColor disabledText;
+    QColor highlight;
+};
+
+QPalette paletteOf(const Colours &colours)
+{
+    QPalette palette(colours.window); // derives the colours of text and shadows
+    palette.setColor(QPalette::Base, colours.base);
+    palette.setColor(QPalette::AlternateBase, colours.base);
+    palette.setColor(QPalette::Highlight, colours.highlight);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(QPalette::Disabled, role, QColor(0x90, 0x90, 0x90));
+        palette.setColor(QPalette::Disabled, role, colours.disabledText);
     }
     return palette;
+}
+
+void setPalette(const QString &name)
+{
+    const std::array<Colours, 2> palettes{{
+        {QStringLiteral("dark"), 0x353535U, 0x232323U, 0x909090U, 0x2a6fb0U},
+        {QStringLiteral("contrast"), Qt::black, Qt::black, Qt::green, Qt::magenta},
+    }};
+    for (const Colours &colours : palettes) {
+        if (colours.name == name) {
+            QApplication::setPalette(paletteOf(colours));
+        }
+    }
 }
 
 /// Below the utility's window where there is room, so that neither covers the other.
@@ -99,11 +126,9 @@ int main(int argc, char *argv[])
     parser.setApplicationDescription(QStringLiteral("The Kavelo utility on a simulated unit."));
     parser.addHelpOption();
     parser.addOptions({options.pedals, options.firmware, options.delay, options.unplugged,
-                       options.dark, options.tour});
+                       options.palette, options.tour});
     parser.process(application);
-    if (parser.isSet(options.dark)) {
-        QApplication::setPalette(darkPalette());
-    }
+    setPalette(parser.value(options.palette));
 
     kavelo::SimulatedUnit unit;
     setUp(unit, parser, options);
