@@ -83,7 +83,7 @@ void setPalette(const QString &name)
 {
     const std::array<Colours, 2> palettes{{
         {QStringLiteral("dark"), 0x353535U, 0x232323U, 0x909090U, 0x2a6fb0U},
-        {QStringLiteral("contrast"), Qt::black, Qt::black, Qt::green, Qt::magenta},
+        {QStringLiteral("contrast"), Qt::black, 0x303030U, Qt::green, Qt::magenta},
     }};
     for (const Colours &colours : palettes) {
         if (colours.name == name) {
