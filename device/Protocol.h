@@ -2,6 +2,7 @@
 
 #include "Hid.h"
 #include "PedalSetting.h"
+#include "UnitId.h"
 
 #include <array>
 #include <chrono>
@@ -15,7 +16,7 @@
 namespace kavelo {
 
 constexpr hid::Matching KaveloMatching{
-    .vendorId = 0x1209, .productId = 0x0001, .usagePage = 0xFF00};
+    .vendorId = UsbVendorId, .productId = UsbProductId, .usagePage = 0xFF00};
 
 // Command codes, each with its display name. Request and reply bytes that are not named below are
 // left as they were and not read.
