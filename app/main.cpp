@@ -1,4 +1,5 @@
 #include "AppDelegate.h"
+#include "ApplicationIcon.h"
 #include "MainWindowViewController.h"
 #include "MenuClass.h"
 
@@ -8,6 +9,8 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kavelo"));
+    QApplication::setDesktopFileName(QStringLiteral(KAVELO_APP_ID));
+    QApplication::setWindowIcon(kavelo::applicationIcon());
     kavelo::AppDelegate delegate(application);
     kavelo::MainWindowViewController window;
     kavelo::MenuClass menu(window.menuItems());

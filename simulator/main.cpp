@@ -1,4 +1,5 @@
 #include "AppDelegate.h"
+#include "ApplicationIcon.h"
 #include "DemoSettings.h"
 #include "MainWindowViewController.h"
 #include "MenuClass.h"
@@ -121,6 +122,7 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kavelo-demo"));
+    QApplication::setWindowIcon(kavelo::applicationIcon());
     const Options options;
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("The Kavelo utility on a simulated unit."));
