@@ -5,6 +5,7 @@
 #include <QSignalBlocker>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kavelo {
 namespace {
@@ -157,8 +158,8 @@ void AdvancedSettingDialogViewController::writeAcceleration()
     // An index that has not been chosen is 0, which says nothing.
     PM_AccelerationIndex = isAccelerated ? std::max(PM_AccelerationIndex, 1) : 1;
     if (PM_AccelerationIndex <= AccelerationUnit) {
-        IntoTwoCommonData(static_cast<int>(double{AccelerationUnit} / PM_AccelerationIndex + 0.5),
-                          4);
+        const double slowness = double{AccelerationUnit} / PM_AccelerationIndex;
+        IntoTwoCommonData(static_cast<int>(std::lround(slowness)), 4);
         commonData()[6] = isAccelerated ? 1 : 0;
     }
 }

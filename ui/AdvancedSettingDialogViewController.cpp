@@ -25,7 +25,7 @@ AdvancedSettingDialogViewController::AdvancedSettingDialogViewController(
 
 AdvancedSettingDialogViewController::~AdvancedSettingDialogViewController() = default;
 
-void AdvancedSettingDialogViewController::connectActions(ButtonActions actions)
+void AdvancedSettingDialogViewController::connectActions(ButtonActions actions) const
 {
     for (const auto &[button, action] : actions) {
         connect(button, &QAbstractButton::clicked, this, action);

@@ -59,7 +59,7 @@ private:
     using ButtonActions = std::span<const std::pair<QAbstractButton *, Action>>;
 
     void viewDidLoad() override;
-    void connectActions(ButtonActions actions);
+    void connectActions(ButtonActions actions) const;
     void pageChanged();
     [[nodiscard]] Action okActionOfPage() const;
     static void turnOn(QRadioButton *button);

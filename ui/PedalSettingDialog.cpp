@@ -32,6 +32,8 @@ PedalSettingDialog::PedalSettingDialog(MainWindowViewController &presenter)
 {
 }
 
+PedalSettingDialog::~PedalSettingDialog() = default;
+
 void PedalSettingDialog::present()
 {
     const QPointer<PedalSettingDialog> self = this;

@@ -18,6 +18,7 @@ class PedalSettingDialog : public QDialog
 
 public:
     explicit PedalSettingDialog(MainWindowViewController &presenter);
+    ~PedalSettingDialog() override;
 
     /// Loads the dialog and opens it over the main window without blocking. Loading may ask or wait
     /// for something; the dialog may be gone at the end.
