@@ -11,7 +11,10 @@ namespace kavelo {
 namespace {
 
 /// How long a reply is waited for, and how much later than that it may still come in.
-constexpr std::chrono::milliseconds ReplyTime = TimeoutTicks * TickPeriod;
+std::chrono::milliseconds replyTime()
+{
+    return TimeoutTicks * TickPeriod;
+}
 
 /// How long a one-way request sleeps between two looks at a running exchange.
 constexpr std::chrono::milliseconds ShortSlice{10};
@@ -100,7 +103,7 @@ bool HID_PnP::Communicate(std::uint8_t CommunicationCommand, bool MessageOn)
     }
     if (Flag_timeout) {
         if (m_myDevice == unit) {
-            m_replyOwed.setRemainingTime(ReplyTime);
+            m_replyOwed.setRemainingTime(replyTime());
         }
         if (MessageOn) {
             alertBox(QStringLiteral("timeout"));
@@ -131,7 +134,7 @@ bool HID_PnP::sendRequest()
     // before the event loop runs.
     Flag_input = false;
     ++m_requestsSent;
-    m_replyOwed.setRemainingTime(ReplyTime);
+    m_replyOwed.setRemainingTime(replyTime());
     return true;
 }
 
@@ -174,7 +177,7 @@ void HID_PnP::Communicate_AdditionalData()
         return;
     }
     const hid::DeviceRef unit = m_myDevice;
-    const QDeadlineTimer patience(ReplyTime);
+    const QDeadlineTimer patience(replyTime());
     const auto busy = [this] { return m_poll.isActive() || !m_replyOwed.hasExpired(); };
     while (Flag_send && busy() && !patience.hasExpired()) {
         runEventLoop(ShortSlice);

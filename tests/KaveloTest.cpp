@@ -32,14 +32,16 @@ void resetModuleState()
         *flag = false;
     }
     PedalName.clear();
+    TickPeriod = DefaultTickPeriod;
     bus::reset();
 }
 
 } // namespace
 
-KaveloTest::KaveloTest()
+KaveloTest::KaveloTest(std::chrono::milliseconds tickPeriod)
 {
     resetModuleState();
+    TickPeriod = tickPeriod;
     QObject::connect(&unit, &SimulatedUnit::exchanged, &unit, [this](const Exchange &exchange) {
         if (exchange.outcome == Exchange::Outcome::Waiting ||
             exchange.outcome == Exchange::Outcome::Refused) {

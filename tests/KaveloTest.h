@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 #include <ostream>
 #include <vector>
@@ -23,6 +24,9 @@ inline void PrintTo(const QStringList &texts, std::ostream *out)
 
 namespace kavelo {
 
+/// The program's own TickPeriod.
+constexpr std::chrono::milliseconds DefaultTickPeriod{100};
+
 /// The one fixture: every test starts from the module-wide state of a fresh process, with an empty
 /// bus, one factory-new simulated unit of five pedals beside it, and somebody to answer boxes.
 class KaveloTest : public ::testing::Test
@@ -30,7 +34,8 @@ class KaveloTest : public ::testing::Test
     Q_DISABLE_COPY_MOVE(KaveloTest)
 
 protected:
-    KaveloTest();
+    /// A shorter `tickPeriod` makes the program run through its waits quickly.
+    explicit KaveloTest(std::chrono::milliseconds tickPeriod = DefaultTickPeriod);
     ~KaveloTest() override;
 
     /// Runs the event loop until `condition` holds; false when it never does.
