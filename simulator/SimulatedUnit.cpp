@@ -179,7 +179,9 @@ void SimulatedUnit::setPowered(bool powered)
     m_work.stop();
     for (Pending &lost : std::exchange(m_pending, {})) {
         lost.exchange.outcome = Exchange::Outcome::NoReply;
-        Q_EMIT exchanged(lost.exchange);
+        if (!lost.isRepetition) {
+            Q_EMIT exchanged(lost.exchange);
+        }
     }
     Q_EMIT poweredChanged(powered);
 }
@@ -205,6 +207,9 @@ bool SimulatedUnit::receive(const hid::Report &request)
     const hid::Report reply = carryOut(request);
     pending.exchange.reply = fault == FaultKind::AnswerGarbage ? garbage() : reply;
     m_pending.push_back(pending);
+    if (fault == FaultKind::AnswerTwice) {
+        m_pending.push_back({pending.exchange, pending.delay, true});
+    }
     if (!m_work.isActive()) {
         startOnFirst();
     }
@@ -229,13 +234,15 @@ void SimulatedUnit::startOnFirst()
 
 void SimulatedUnit::finishFirst()
 {
-    const Exchange finished = m_pending.front().exchange;
+    const auto [finished, delay, isRepetition] = m_pending.front();
     m_pending.pop_front();
     // Whoever gets the reply may run the event loop, so the next request is begun first.
     if (!m_pending.empty()) {
         startOnFirst();
     }
-    Q_EMIT exchanged(finished);
+    if (!isRepetition) {
+        Q_EMIT exchanged(finished);
+    }
     if (finished.outcome == Exchange::Outcome::Answered) {
         Q_EMIT inputReport(finished.reply);
     }

@@ -58,6 +58,7 @@ enum class FaultKind {
     RefuseSend,    ///< the request does not get in
     DropReply,     ///< the request is carried out but not answered
     AnswerLate,    ///< the reply takes the unit's lateness instead of its reply delay
+    AnswerTwice,   ///< the reply comes again, one reply delay later
     AnswerGarbage, ///< the request is carried out; the reply is random bytes
     Unplug         ///< the request is carried out and the unit goes, without a reply
 };
@@ -153,6 +154,7 @@ private:
     {
         Exchange exchange; ///< as it will be when it is over
         std::chrono::milliseconds delay{};
+        bool isRepetition = false; ///< of the reply; the exchange is over already
     };
 
     [[nodiscard]] FaultKind nextFault();

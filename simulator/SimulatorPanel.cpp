@@ -19,13 +19,14 @@ struct FaultItem
     QString text;
 };
 
-std::array<FaultItem, 6> faultItems()
+std::array<FaultItem, 7> faultItems()
 {
     return {{
         {FaultKind::None, QStringLiteral("None")},
         {FaultKind::RefuseSend, QStringLiteral("Refuse the send")},
         {FaultKind::DropReply, QStringLiteral("Drop the reply")},
         {FaultKind::AnswerLate, QStringLiteral("Answer late")},
+        {FaultKind::AnswerTwice, QStringLiteral("Answer twice")},
         {FaultKind::AnswerGarbage, QStringLiteral("Answer garbage")},
         {FaultKind::Unplug, QStringLiteral("Unplug")},
     }};

@@ -130,8 +130,8 @@ TEST_F(SimulatorPanelTest, ListsExchangesAndArmsFaults)
     type("2");
     auto *faults = find<QComboBox>("fault");
     faults->setFocus();
-    const std::array<QString, 6> replies{
-        QString(), QStringLiteral("refused"), QStringLiteral("no reply"), QString(),
+    const std::array<QString, 7> replies{
+        QString(), QStringLiteral("refused"), QStringLiteral("no reply"), QString(), QString(),
         QString(), QStringLiteral("no reply")};
     unit.setLateness(std::chrono::milliseconds{1});
     for (int kind = 1; kind < faults->count(); ++kind) {
