@@ -63,6 +63,7 @@ void HID_PnP::DeviceRemoved()
     }
     m_myDevice.reset();
     m_replyOwed = QDeadlineTimer();
+    m_repliesDoubtful = QDeadlineTimer();
     isConnected = false;
     m_hidManager->registerDeviceRemovalCallback(nullptr, nullptr);
     m_hidManager->registerDeviceMatchingCallback(&MyNewDeviceCallback, this);
@@ -111,6 +112,7 @@ bool HID_PnP::Communicate(std::uint8_t CommunicationCommand, bool MessageOn)
         logLine(QStringLiteral("timeout"));
         return true;
     }
+    m_repliesDoubtful.setRemainingTime(replyTime());
     return false;
 }
 
@@ -197,6 +199,11 @@ void HID_PnP::Communicate_AdditionalData()
 void HID_PnP::PacketReceived()
 {
     Flag_input = true;
+    // A reply that comes twice is taken for the next exchange's, and so is every reply after it,
+    // until one of them finds nobody waiting or comes together with the next.
+    if (m_replyOwed.hasExpired() && !m_repliesDoubtful.hasExpired()) {
+        UnexpectedReply = true;
+    }
     m_replyOwed = QDeadlineTimer();
     if (m_poll.isActive()) {
         // The next tick is due now; the reply need not lie around for the rest of the period.

@@ -28,6 +28,9 @@ inline bool DeviceDetectedChanged = false;
 inline bool StandardSettingDialogOpen = false;
 /// The open Standard dialog must close, its unit is gone. Set by the link, cleared by the dialog.
 inline bool CloseStandardSetting = false;
+/// A report has come in that answers nothing, so soon after an exchange that replies may have been
+/// taken for one another's. Set by the link, cleared by the main window before it talks at length.
+inline bool UnexpectedReply = false;
 
 // Guards of the callbacks against re-entry; set and read by the callbacks only.
 inline bool flag_MyNewDeviceCallback = false;
@@ -102,6 +105,8 @@ private:
     QTimer m_poll;
     /// Until when the unit may still answer an earlier request. Expired when it owes nothing.
     QDeadlineTimer m_replyOwed;
+    /// Until when a report that answers nothing casts doubt on the replies around it.
+    QDeadlineTimer m_repliesDoubtful;
     /// Requests sent so far; tells an exchange whether another one ran inside its wait.
     quint64 m_requestsSent = 0;
     bool m_closed = false;

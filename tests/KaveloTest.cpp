@@ -25,10 +25,10 @@ void resetModuleState()
     InputPacketBuffer = {};
     VersionNumberMajor = VersionNumberMinor = VersionNumberRevision = 0;
     NumberOfPedals = DataNo = Count_timeout = 0;
-    for (bool *flag :
-         {&isConnected, &DeviceDetected, &DeviceDetectedChanged, &StandardSettingDialogOpen,
-          &CloseStandardSetting, &flag_MyNewDeviceCallback, &flag_MyRemovalCallback, &Flag_send,
-          &Flag_input, &Flag_timeout, &InitialState, &SettingEnabled, &timer2state}) {
+    for (bool *flag : {&isConnected, &DeviceDetected, &DeviceDetectedChanged,
+                       &StandardSettingDialogOpen, &CloseStandardSetting, &UnexpectedReply,
+                       &flag_MyNewDeviceCallback, &flag_MyRemovalCallback, &Flag_send, &Flag_input,
+                       &Flag_timeout, &InitialState, &SettingEnabled, &timer2state}) {
         *flag = false;
     }
     PedalName.clear();

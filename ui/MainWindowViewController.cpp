@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace kavelo {
 namespace {
@@ -60,6 +61,8 @@ public:
         : m_window(window)
         , m_number(++window.m_runs)
     {
+        m_window.m_mayDoubt = false;
+        UnexpectedReply = false;
     }
     Run(const Run &) = delete;
     Run &operator=(const Run &) = delete;
@@ -245,6 +248,9 @@ void MainWindowViewController::WritePedalContents()
 void MainWindowViewController::UpdateAppWindow()
 {
     m_ui->InitialStateToolStripMenuItem->setEnabled(isConnected);
+    if (UnexpectedReply && std::exchange(m_mayDoubt, false)) {
+        m_readAgain = true;
+    }
     if (!DeviceDetectedChanged && !InitialState && !m_readAgain) {
         return;
     }
@@ -287,6 +293,7 @@ void MainWindowViewController::readUnit(bool MessageOn)
             return;
         }
     }
+    m_mayDoubt = MessageOn;
 }
 
 bool MainWindowViewController::readVersion(bool MessageOn)

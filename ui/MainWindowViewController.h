@@ -114,6 +114,9 @@ private:
     /// The last run has failed somewhere: look what the unit really holds, without complaining
     /// about it again.
     bool m_readAgain = false;
+    /// The last run has read the unit and nothing has spoken against what it read. Makes sure that
+    /// a unit that answers too often is not read over and over.
+    bool m_mayDoubt = false;
     bool m_appeared = false;
     bool m_closing = false;
 };
