@@ -1,6 +1,7 @@
 #include "WindowTest.h"
 
 #include <QAccessible>
+#include <QAction>
 
 namespace kavelo {
 namespace {
@@ -14,12 +15,12 @@ constexpr int ReadExchanges = 12;
 
 TEST_F(MainWindowTest, WithoutAUnitTheWindowIsBlankAndCannotBeResized)
 {
-    runTicks(2);
+    QAction *const restore = window.menuItems().InitialStateToolStripMenuItem;
+    EXPECT_TRUE(waitUntil([&] { return !restore->isEnabled(); }));
     EXPECT_TRUE(isBlank());
     EXPECT_EQ(window.minimumSize(), window.maximumSize());
     EXPECT_EQ(name(0)->text(), QStringLiteral("Center pedal"));
     EXPECT_FALSE(name(3)->isVisible());
-    EXPECT_FALSE(window.menuItems().InitialStateToolStripMenuItem->isEnabled());
     EXPECT_EQ(window.findChild<QLabel *>(QStringLiteral("label_Annotation"))->text(),
               QStringLiteral("Please use the Windows application for advanced settings."));
     window.testchangewidth();
@@ -115,87 +116,6 @@ TEST_F(MainWindowTest, ReadsEveryPedalOnceAndTheSequencesBlocksInPieces)
     EXPECT_EQ(box->text(QAccessible::Name), QStringLiteral("Center Pedal"));
 }
 
-TEST_F(MainWindowTest, UnpluggingAtAnyExchangeBlanksTheWindowAndReplugsReadAfresh)
-{
-    setFiveModes(unit);
-    for (int exchange = 1; exchange <= ReadExchanges; ++exchange) {
-        SCOPED_TRACE(exchange);
-        unit.setFault({.kind = FaultKind::Unplug, .exchange = exchange});
-        bool wasBlank = false;
-        when([&] { return requests.size() == std::size_t(exchange) && isBlank(); },
-             [&] {
-                 wasBlank = true;
-                 requests.clear();
-                 bus::plugIn(unit);
-             });
-        requests.clear();
-        bus::plugIn(unit);
-        ASSERT_TRUE(waitUntil([&] { return wasBlank && showsUnit(unit); }));
-        runTicks(3);
-        EXPECT_TRUE(showsUnit(unit)) << "what was left of the broken read has done harm";
-        EXPECT_EQ(boxes.messages(), QStringList());
-        bus::unplug(unit);
-        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
-    }
-}
-
-TEST_F(MainWindowTest, AnUnpluggedUnitLeavesTheWindowBlankWhenTheOldWaitEnds)
-{
-    setFiveModes(unit);
-    unit.setFault({.kind = FaultKind::Unplug, .exchange = 5});
-    boxes.answerWith(Qt::Key_Return);
-    bus::plugIn(unit);
-    ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && !isConnected; }));
-    EXPECT_EQ(boxes.messages(), QStringList(QStringLiteral("timeout")));
-    runTicks(3);
-    EXPECT_TRUE(isBlank());
-}
-
-struct TroubleCase
-{
-    FaultKind fault;
-    int exchange;
-    QString box;
-    bool isShownInTheEnd;
-};
-
-class ReadTroubleTest : public MainWindowTest, public ::testing::WithParamInterface<TroubleCase>
-{
-};
-
-TEST_P(ReadTroubleTest, EndsInAClearMessageAndNeverInAWrongRow)
-{
-    const TroubleCase &trouble = GetParam();
-    setFiveModes(unit);
-    unit.setLateness(std::chrono::milliseconds(4500));
-    unit.setFault({.kind = trouble.fault, .exchange = trouble.exchange});
-    boxes.answerWith(Qt::Key_Return);
-    bus::plugIn(unit);
-    ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
-    runTicks(2);
-    ASSERT_TRUE(waitUntil([&] { return trouble.isShownInTheEnd ? showsUnit(unit) : isBlank(); }));
-    EXPECT_EQ(boxes.messages(), QStringList(trouble.box));
-    bus::unplug(unit);
-    ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
-    bus::plugIn(unit);
-    EXPECT_TRUE(waitUntil([&] { return showsUnit(unit); }));
-}
-
-const auto SendingError = QStringLiteral("sending error");
-const auto Timeout = QStringLiteral("timeout");
-
-// Exchange 1 asks for the version, 2 for the count, 4 for a sequence pedal, 7 for one of its
-// pieces, 11 for another pedal.
-INSTANTIATE_TEST_SUITE_P(
-    Faults, ReadTroubleTest,
-    ::testing::Values(TroubleCase{FaultKind::RefuseSend, 1, SendingError, false},
-                      TroubleCase{FaultKind::DropReply, 1, Timeout, false},
-                      TroubleCase{FaultKind::AnswerLate, 2, Timeout, false},
-                      TroubleCase{FaultKind::RefuseSend, 4, SendingError, true},
-                      TroubleCase{FaultKind::DropReply, 7, Timeout, false},
-                      TroubleCase{FaultKind::AnswerLate, 11, Timeout, true},
-                      TroubleCase{FaultKind::DropReply, 11, Timeout, true}));
-
 TEST_F(MainWindowTest, TooManyPedalsAreRefusedInWords)
 {
     for (const std::uint8_t pedals : {std::uint8_t{6}, std::uint8_t{255}}) {
@@ -209,20 +129,6 @@ TEST_F(MainWindowTest, TooManyPedalsAreRefusedInWords)
         EXPECT_EQ(NumberOfPedals, 0);
         bus::unplug(unit);
         runTicks(2);
-    }
-}
-
-TEST_F(MainWindowTest, GarbageRepliesNeverCrash)
-{
-    setFiveModes(unit);
-    for (std::uint32_t seed = 0; seed < 22; ++seed) {
-        // Not the version: a garbled one may well end the program, as it should.
-        unit.setGarbageSeed(seed);
-        unit.setFault({.kind = FaultKind::AnswerGarbage, .exchange = 2 + int(seed % 11)});
-        bus::plugIn(unit);
-        runTicks(2);
-        bus::unplug(unit);
-        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
     }
 }
 

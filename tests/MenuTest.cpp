@@ -8,17 +8,6 @@
 namespace kavelo {
 namespace {
 
-const auto RestoreQuestion =
-    QStringLiteral("Settings of this Kavelo will be restored to the initial settings at factory "
-                   "shipment. Is it OK with you? \n"
-                   "Click [OK] to make the Kavelo return to the initial state. \n"
-                   "Click [Cancel] to do nothing.");
-const auto Restored =
-    QStringLiteral("The settings for this Kavelo have been restored to the initial settings.");
-const auto NotRestored =
-    QStringLiteral("An error has occurred.\n"
-                   "The settings for this Kavelo could not be restored to the initial settings.");
-
 class MenuTest : public WindowTest
 {
 protected:
@@ -48,24 +37,6 @@ protected:
         QTest::keyClick(popup, Qt::Key_Return);
     }
     void chooseRestore() { choose(0); }
-
-    /// What the unit must hold after a restore: the factory's mode and first bytes, all others as
-    /// they were.
-    static UnitMemory factoryState(UnitMemory memory)
-    {
-        const std::array<std::vector<std::uint8_t>, MaxPedals> settings{
-            {{SIMPLE_CLICK, 1},
-             {SIMPLE_KEY_OUTPUT, 0, 0x28},
-             {SIMPLE_CLICK, 2},
-             {SIMPLE_KEY_OUTPUT, 0, 0x50},
-             {SIMPLE_KEY_OUTPUT, 0, 0x4F}}};
-        for (std::size_t pedal = 0; pedal < memory.numberOfPedals; ++pedal) {
-            memory.pedals[pedal].mode = settings[pedal].front();
-            std::copy(settings[pedal].begin() + 1, settings[pedal].end(),
-                      memory.pedals[pedal].record.begin());
-        }
-        return memory;
-    }
 
     MenuClass menu;
 };
@@ -127,75 +98,6 @@ TEST_F(MenuTest, RestoresOnEscapeOnly)
         ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
     }
 }
-
-struct RestoreTrouble
-{
-    FaultKind fault;
-    int exchange;
-    QStringList boxes;
-};
-
-class RestoreTroubleTest : public MenuTest, public ::testing::WithParamInterface<RestoreTrouble>
-{
-};
-
-TEST_P(RestoreTroubleTest, IsToldInOrderAndLeavesWholeRecordsAndAWorkingWindow)
-{
-    const RestoreTrouble &trouble = GetParam();
-    plugInAndWait();
-    const UnitMemory before = unit.memory();
-    const UnitMemory after = factoryState(before);
-    unit.setLateness(std::chrono::milliseconds(4500));
-    unit.setFault({.kind = trouble.fault, .exchange = trouble.exchange});
-    boxes.answerWith(Qt::Key_Escape);
-    for (qsizetype i = 1; i < trouble.boxes.size(); ++i) {
-        boxes.answerWith(Qt::Key_Return);
-    }
-    chooseRestore();
-    ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
-    runTicks(2);
-    EXPECT_EQ(boxes.messages(), trouble.boxes);
-    for (std::size_t pedal = 0; pedal < MaxPedals; ++pedal) {
-        const PedalMemory &memory = unit.memory().pedals[pedal];
-        EXPECT_TRUE(memory == before.pedals[pedal] || memory == after.pedals[pedal]);
-    }
-
-    unit.setFault({});
-    if (!bus::isPluggedIn(unit)) {
-        EXPECT_TRUE(isBlank());
-        bus::plugIn(unit);
-    }
-    ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
-    boxes.answerWith(Qt::Key_Escape);
-    boxes.answerWith(Qt::Key_Return);
-    chooseRestore();
-    ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
-    EXPECT_EQ(boxes.messages().last(), Restored);
-    EXPECT_EQ(unit.memory(), after);
-}
-
-// Exchanges 1 to 5 send the pedals' records, exchange 6 the parameters.
-std::vector<RestoreTrouble> restoreTroubles()
-{
-    std::vector<RestoreTrouble> troubles;
-    const auto box = [](FaultKind fault) {
-        return fault == FaultKind::RefuseSend ? QStringLiteral("sending error")
-                                              : QStringLiteral("timeout");
-    };
-    for (const FaultKind fault :
-         {FaultKind::RefuseSend, FaultKind::DropReply, FaultKind::AnswerLate, FaultKind::Unplug}) {
-        for (int exchange = 1; exchange <= 6; ++exchange) {
-            const bool isRestored = exchange < 6 && fault != FaultKind::Unplug;
-            troubles.push_back(
-                {fault,
-                 exchange,
-                 {RestoreQuestion, box(fault), isRestored ? Restored : NotRestored}});
-        }
-    }
-    return troubles;
-}
-
-INSTANTIATE_TEST_SUITE_P(Faults, RestoreTroubleTest, ::testing::ValuesIn(restoreTroubles()));
 
 TEST_F(MenuTest, AQuestionAboutAUnitThatGoesIsTakenDownAndTheNextUnitIsNotRestored)
 {

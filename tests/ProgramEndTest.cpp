@@ -117,6 +117,8 @@ TEST_F(ProgramEndDeathTest, AUnitOfMajorVersion3IsRefusedInWordsAndTheProgramEnd
     EXPECT_EXIT(plugIn(3), ::testing::ExitedWithCode(0), "");
     EXPECT_EXIT(plugIn(255), ::testing::ExitedWithCode(0), "");
     EXPECT_EXIT(plugIn(2), ::testing::ExitedWithCode(5), "") << "the version before is accepted";
+    unit.setFault({.kind = FaultKind::AnswerGarbage, .exchange = 1});
+    EXPECT_EXIT(plugIn(2), ::testing::ExitedWithCode(0), "") << "garbage is a version like any";
 }
 
 } // namespace

@@ -1,4 +1,3 @@
-#include "SettingDialogViewController.h"
 #include "WindowTest.h"
 
 #include <QAccessible>
@@ -48,15 +47,6 @@ protected:
         requests.clear();
     }
 
-    SettingDialogViewController *dialog()
-    {
-        for (auto *found : window.findChildren<SettingDialogViewController *>()) {
-            if (found->isVisible()) {
-                return found;
-            }
-        }
-        return nullptr;
-    }
     template <class Control>
     Control *in(const QString &name)
     {
@@ -74,11 +64,6 @@ protected:
     QTabWidget *tabs() { return in<QTabWidget>(QStringLiteral("tabcontrolOutputMode")); }
     QPushButton *write() { return in<QPushButton>(QStringLiteral("buttonProgramKavelo")); }
 
-    /// Clicks on the left part of the control: a button's mark, or its title.
-    static void click(QWidget *widget)
-    {
-        QTest::mouseClick(widget, Qt::LeftButton, {}, {10, widget->height() / 2});
-    }
     void open(int pedal) { click(standard(pedal)); }
 
     Choice shown()
@@ -336,62 +321,6 @@ TEST_F(StandardDialogTest, NothingIsWrittenToAUnitThatHasJustTakenTheOthersPlace
     ASSERT_TRUE(waitUntil([&] { return showsUnit(next); }));
     EXPECT_EQ(next.memory(), before);
 }
-
-struct WriteTrouble
-{
-    FaultKind fault;
-    int exchange;
-    QString box;
-    bool isWritten;
-};
-
-class WriteTroubleTest : public StandardDialogTest,
-                         public ::testing::WithParamInterface<WriteTrouble>
-{
-};
-
-TEST_P(WriteTroubleTest, IsToldOnceLeavesAWholeRecordAndTheNextEditWorks)
-{
-    const WriteTrouble &trouble = GetParam();
-    plugInAndWait();
-    const PedalMemory before = unit.memory().pedals[0];
-    open(0);
-    choose({0, QStringLiteral("NoModifiers"), 5, 0});
-    unit.setLateness(std::chrono::milliseconds(4500));
-    unit.setFault({.kind = trouble.fault, .exchange = trouble.exchange});
-    boxes.answerWith(Qt::Key_Return);
-    click(write());
-    EXPECT_EQ(dialog(), nullptr);
-    EXPECT_EQ(boxes.messages(), QStringList(trouble.box));
-    EXPECT_EQ(unit.memory().pedals[0] != before, trouble.isWritten);
-
-    unit.setFault({});
-    if (!bus::isPluggedIn(unit)) {
-        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
-        bus::plugIn(unit);
-    }
-    ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
-    EXPECT_EQ(boxes.messages(), QStringList(trouble.box)) << "the user has been told once";
-    open(0);
-    choose({1, QStringLiteral("RightClick"), -1, 0});
-    boxes.answerWith(Qt::Key_Return);
-    click(write());
-    EXPECT_EQ(unit.memory().pedals[0].mode, SIMPLE_CLICK);
-    EXPECT_EQ(unit.memory().pedals[0].record[0], 2);
-    EXPECT_TRUE(showsUnit(unit));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Faults, WriteTroubleTest,
-    ::testing::Values(WriteTrouble{FaultKind::RefuseSend, 1, QStringLiteral("sending error"),
-                                   false},
-                      WriteTrouble{FaultKind::RefuseSend, 2, QStringLiteral("sending error"), true},
-                      WriteTrouble{FaultKind::DropReply, 1, QStringLiteral("timeout"), true},
-                      WriteTrouble{FaultKind::DropReply, 2, QStringLiteral("timeout"), true},
-                      WriteTrouble{FaultKind::AnswerLate, 1, QStringLiteral("timeout"), true},
-                      WriteTrouble{FaultKind::AnswerLate, 2, QStringLiteral("timeout"), true},
-                      WriteTrouble{FaultKind::Unplug, 1, QStringLiteral("timeout"), true},
-                      WriteTrouble{FaultKind::Unplug, 2, QStringLiteral("timeout"), true}));
 
 /// How far the user has come when the unit goes.
 enum class Moment { DialogOpen, QuestionOpen, SuccessShown, Writing };

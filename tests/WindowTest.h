@@ -3,6 +3,7 @@
 #include "KaveloTest.h"
 #include "MainWindowViewController.h"
 #include "PedalDescription.h"
+#include "SettingDialogViewController.h"
 #include "SimulatedBus.h"
 
 #include <QLabel>
@@ -23,11 +24,26 @@ inline const auto SettingsText = QStringLiteral(
     "The current settings for the Kavelo are shown below. \n"
     "If you want to change the settings of a pedal, click the button corresponding to the pedal.");
 
+inline const auto RestoreQuestion =
+    QStringLiteral("Settings of this Kavelo will be restored to the initial settings at factory "
+                   "shipment. Is it OK with you? \n"
+                   "Click [OK] to make the Kavelo return to the initial state. \n"
+                   "Click [Cancel] to do nothing.");
+inline const auto Restored =
+    QStringLiteral("The settings for this Kavelo have been restored to the initial settings.");
+inline const auto NotRestored =
+    QStringLiteral("An error has occurred.\n"
+                   "The settings for this Kavelo could not be restored to the initial settings.");
+
 /// The main window on the simulated bus, and what a user sees of it.
 class WindowTest : public KaveloTest
 {
 protected:
-    WindowTest() { window.show(); }
+    explicit WindowTest(std::chrono::milliseconds tickPeriod = DefaultTickPeriod)
+        : KaveloTest(tickPeriod)
+    {
+        window.show();
+    }
 
     template <class Control>
     Control *find(const char *name, int row)
@@ -64,14 +80,15 @@ protected:
                !contents(0)->isVisible() && contents(0)->toPlainText().isEmpty();
     }
     /// Whether every pedal of the unit has been read and is shown as the unit has it.
-    bool showsUnit(const SimulatedUnit &shown)
+    bool showsUnit(const SimulatedUnit &shown) { return shows(shown.memory()); }
+    bool shows(const UnitMemory &expected)
     {
-        const int pedals = shown.memory().numberOfPedals;
+        const int pedals = expected.numberOfPedals;
         if (explanation() != SettingsText || int(litRows().size()) != pedals) {
             return false;
         }
         for (std::size_t row = 0; row < std::size_t(pedals); ++row) {
-            const PedalMemory &memory = shown.memory().pedals.at(row);
+            const PedalMemory &memory = expected.pedals.at(row);
             const bool isRead = OutputMode.at(row) == memory.mode &&
                                 CommonData.at(row) == memory.record &&
                                 (memory.mode != PLURAL_SIMULTANEOUS_KEY_OUTPUT ||
@@ -82,6 +99,29 @@ protected:
             }
         }
         return true;
+    }
+
+    /// The dialog on screen; null when there is none.
+    SettingDialogViewController *dialog()
+    {
+        for (auto *found : window.findChildren<SettingDialogViewController *>()) {
+            if (found->isVisible()) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+    /// Clicks on the left part of the control: a button's mark, or its title.
+    static void click(QWidget *widget)
+    {
+        QTest::mouseClick(widget, Qt::LeftButton, {}, {10, widget->height() / 2});
+    }
+    /// Sets a pedal whose setting is a click already to another one, by clicks in the dialog.
+    void writeClick(int pedal, const QString &radioButton)
+    {
+        click(standard(pedal));
+        click(dialog()->findChild<QWidget *>(radioButton));
+        click(dialog()->findChild<QWidget *>(QStringLiteral("buttonProgramKavelo")));
     }
 
     MainWindowViewController window;
@@ -101,6 +141,23 @@ inline void setFiveModes(SimulatedUnit &unit)
     unit.memory().pedals[2].mode = SIMPLE_CLICK;
     unit.memory().pedals[3].mode = OUTPUT_AT_CHANGE;
     unit.memory().pedals[4].mode = CONTINUOUS_KEY_OUTPUT;
+}
+
+/// What the unit must hold after a restore: the factory's mode and first bytes, all others as
+/// they were.
+inline UnitMemory factoryState(UnitMemory memory)
+{
+    const std::array<std::vector<std::uint8_t>, MaxPedals> settings{{{SIMPLE_CLICK, 1},
+                                                                     {SIMPLE_KEY_OUTPUT, 0, 0x28},
+                                                                     {SIMPLE_CLICK, 2},
+                                                                     {SIMPLE_KEY_OUTPUT, 0, 0x50},
+                                                                     {SIMPLE_KEY_OUTPUT, 0, 0x4F}}};
+    for (std::size_t pedal = 0; pedal < memory.numberOfPedals; ++pedal) {
+        memory.pedals[pedal].mode = settings[pedal].front();
+        std::copy(settings[pedal].begin() + 1, settings[pedal].end(),
+                  memory.pedals[pedal].record.begin());
+    }
+    return memory;
 }
 
 } // namespace kavelo
