@@ -28,6 +28,7 @@ public:
 
     /// The messages of all boxes so far, line breaks as "\n".
     [[nodiscard]] const QStringList &messages() const { return m_messages; }
+    void forgetMessages() { m_messages.clear(); }
     /// Whether every foreseen box has come.
     [[nodiscard]] bool isDone() const { return m_reactions.empty(); }
 

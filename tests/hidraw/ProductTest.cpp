@@ -1,12 +1,18 @@
+#include "Footprint.h"
 #include "MainWindowViewController.h"
 #include "MockBus.h"
 
 #include <gtest/gtest.h>
 
-#include <QLabel>
 #include <QPlainTextEdit>
+#include <QScopedValueRollback>
 #include <QTest>
 #include <QTimer>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace kavelo::test {
 namespace {
@@ -24,37 +30,94 @@ Bytes replyTo(std::uint8_t command)
     }
 }
 
-TEST(Product, ShowsAUnitOnHidrawAndBlanksTheWindowWhenItGoes)
+/// Answers the requests to a node in their order, as long as it lives.
+class Firmware
 {
-    DeviceDetectedChanged = false;
-    MockBus bus;
-    MainWindowViewController window;
-    window.show();
-    const auto *text = window.findChild<QPlainTextEdit *>(QStringLiteral("textboxPedal0Contents"));
-    const auto shows = [&](const QString &expected) {
-        return QTest::qWaitFor([&] { return text->toPlainText() == expected; }, 20000);
-    };
-    for (int stay = 0; stay < 2; ++stay) {
-        const std::string node = bus.plug();
-        std::size_t answered = 0;
-        QTimer firmware;
-        QObject::connect(&firmware, &QTimer::timeout, [&] {
-            const std::vector<Bytes> writes = bus.writes(node);
-            if (answered < writes.size()) {
-                bus.queueReport(node, replyTo(writes[answered++][1]));
+public:
+    Firmware(MockBus &bus, std::string node)
+        : m_bus(bus)
+        , m_node(std::move(node))
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            const std::vector<Bytes> writes = m_bus.writes(m_node);
+            if (m_answered < writes.size()) {
+                m_bus.queueReport(m_node, replyTo(writes[m_answered++][1]));
             }
         });
-        firmware.start(1);
-        EXPECT_TRUE(shows(QStringLiteral("[Set function] Key output\n[key] a\n"
-                                         "[Key explanation] Shift and this key will be an "
-                                         "uppercase A\n[Modifier] (left)shift")));
-        EXPECT_EQ(answered, 3U);
-        firmware.stop();
+        m_timer.start(1);
+    }
+
+    [[nodiscard]] std::size_t answered() const { return m_answered; }
+
+private:
+    MockBus &m_bus;
+    std::string m_node;
+    std::size_t m_answered = 0;
+    QTimer m_timer;
+};
+
+/// The main window on the mock bus.
+class Product : public testing::Test
+{
+protected:
+    explicit Product(std::chrono::milliseconds tickPeriod = TickPeriod)
+        : tick(TickPeriod, tickPeriod)
+    {
+        DeviceDetectedChanged = false;
+        window = std::make_unique<MainWindowViewController>();
+        window->show();
+        text = window->findChild<QPlainTextEdit *>(QStringLiteral("textboxPedal0Contents"));
+    }
+
+    /// One stay of a unit on the bus.
+    void plugInAndOut()
+    {
+        const auto shows = [&](const QString &expected) {
+            return QTest::qWaitFor([&] { return text->toPlainText() == expected; }, 20000);
+        };
+        const std::string node = bus.plug();
+        {
+            const Firmware firmware(bus, node);
+            EXPECT_TRUE(shows(QStringLiteral("[Set function] Key output\n[key] a\n"
+                                             "[Key explanation] Shift and this key will be an "
+                                             "uppercase A\n[Modifier] (left)shift")));
+            EXPECT_EQ(firmware.answered(), 3U);
+        }
         bus.unplug(node);
-        EXPECT_TRUE(shows(QString()));
+        ASSERT_TRUE(shows(QString()));
         EXPECT_FALSE(text->isVisible());
     }
+
+    QScopedValueRollback<std::chrono::milliseconds> tick;
+    MockBus bus;
+    std::unique_ptr<MainWindowViewController> window;
+    QPlainTextEdit *text = nullptr;
+};
+
+TEST_F(Product, ShowsAUnitOnHidrawAndBlanksTheWindowWhenItGoes)
+{
+    plugInAndOut();
+    plugInAndOut();
 }
+
+/// The parameter is the number of rounds.
+class LongRun : public Product, public testing::WithParamInterface<int>
+{
+protected:
+    LongRun()
+        : Product(std::chrono::milliseconds(10))
+    {
+    }
+};
+
+TEST_P(LongRun, PlugInsOnHidrawLeaveNothingBehind)
+{
+    expectSteadyFootprint(*window, GetParam(), [this](int) { plugInAndOut(); });
+}
+
+INSTANTIATE_TEST_SUITE_P(Short, LongRun, testing::Values(50));
+// Not among the tests that ctest runs: scripts/long-run.
+INSTANTIATE_TEST_SUITE_P(Full, LongRun, testing::Values(500));
 
 } // namespace
 } // namespace kavelo::test
