@@ -90,7 +90,7 @@ bool HID_PnP::Communicate(std::uint8_t CommunicationCommand, bool MessageOn)
         return true;
     }
     OutputPacketBuffer = request;
-    if (!sendRequest()) {
+    if (!sendRequest(2 * replyTime())) {
         if (MessageOn) {
             alertBox(QStringLiteral("sending error"));
         }
@@ -103,9 +103,6 @@ bool HID_PnP::Communicate(std::uint8_t CommunicationCommand, bool MessageOn)
         return true;
     }
     if (Flag_timeout) {
-        if (m_myDevice == unit) {
-            m_replyOwed.setRemainingTime(replyTime());
-        }
         if (MessageOn) {
             alertBox(QStringLiteral("timeout"));
         }
@@ -127,7 +124,7 @@ void HID_PnP::discardOwedReply()
     m_replyOwed = QDeadlineTimer();
 }
 
-bool HID_PnP::sendRequest()
+bool HID_PnP::sendRequest(std::chrono::milliseconds replyOwedFor)
 {
     if (!m_myDevice->setReport(OutputPacketBuffer)) {
         return false;
@@ -136,7 +133,8 @@ bool HID_PnP::sendRequest()
     // before the event loop runs.
     Flag_input = false;
     ++m_requestsSent;
-    m_replyOwed.setRemainingTime(replyTime());
+    m_repliesOwed = m_replyOwed.hasExpired() ? 1 : m_repliesOwed + 1;
+    m_replyOwed.setRemainingTime(replyOwedFor);
     return true;
 }
 
@@ -193,7 +191,7 @@ void HID_PnP::Communicate_AdditionalData()
     OutputPacketBuffer[2] = static_cast<std::uint8_t>(DataNo);
     Flag_send = true;
     // Nobody waits for the reply; a refused send leaves nothing to clean up.
-    (void)sendRequest();
+    (void)sendRequest(replyTime());
 }
 
 void HID_PnP::PacketReceived()
@@ -204,7 +202,10 @@ void HID_PnP::PacketReceived()
     if (m_replyOwed.hasExpired() && !m_repliesDoubtful.hasExpired()) {
         UnexpectedReply = true;
     }
-    m_replyOwed = QDeadlineTimer();
+    // A one-way request may have gone out behind another one, so one reply need not be the last.
+    if (--m_repliesOwed <= 0) {
+        m_replyOwed = QDeadlineTimer();
+    }
     if (m_poll.isActive()) {
         // The next tick is due now; the reply need not lie around for the rest of the period.
         m_poll.start(std::chrono::milliseconds::zero());

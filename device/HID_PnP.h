@@ -96,7 +96,7 @@ public:
 
 private:
     void discardOwedReply();
-    [[nodiscard]] bool sendRequest();
+    [[nodiscard]] bool sendRequest(std::chrono::milliseconds replyOwedFor);
     void waitForEndOfExchange();
 
     std::unique_ptr<hid::Manager> m_hidManager;
@@ -105,6 +105,8 @@ private:
     QTimer m_poll;
     /// Until when the unit may still answer an earlier request. Expired when it owes nothing.
     QDeadlineTimer m_replyOwed;
+    /// How many replies it may still send until then.
+    int m_repliesOwed = 0;
     /// Until when a report that answers nothing casts doubt on the replies around it.
     QDeadlineTimer m_repliesDoubtful;
     /// Requests sent so far; tells an exchange whether another one ran inside its wait.
