@@ -1,0 +1,144 @@
+#include "BoxWatcher.h"
+#include "HID_PnP.h"
+#include "MainWindowViewController.h"
+#include "ModifierName.h"
+#include "SimulatedBus.h"
+#include "SimulatedUnit.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+
+#include <benchmark/benchmark.h>
+
+namespace kavelo {
+namespace {
+
+using std::chrono::steady_clock;
+
+/// The main window with a five-pedal unit, which has a sequence on every pedal.
+struct Bench
+{
+    explicit Bench(std::chrono::milliseconds replyDelay = {})
+    {
+        for (PedalMemory &pedal : unit.memory().pedals) {
+            pedal.mode = PLURAL_SIMULTANEOUS_KEY_OUTPUT;
+            pedal.record = {0x2C, 0x50, 0x10, 0x8A, 0, 3, LeftControl, 4, 5, 6, 7, 8, 9};
+            pedal.additional.fill(4);
+        }
+        unit.setReplyDelay(replyDelay);
+        bus::plugIn(unit);
+        window.show();
+        QApplication::processEvents();
+        window.UpdateAppWindow(); // reads the unit
+    }
+
+    SimulatedUnit unit;
+    BoxWatcher boxes;
+    MainWindowViewController window;
+};
+
+std::chrono::milliseconds delayOf(const benchmark::State &state)
+{
+    return std::chrono::milliseconds(state.range(0));
+}
+
+/// The unit's own time for one exchange, with nobody but an event loop at the other end.
+void unitAlone(benchmark::State &state)
+{
+    SimulatedUnit unit;
+    unit.setReplyDelay(delayOf(state));
+    unit.setPowered(true);
+    bool isAnswered = false;
+    QObject::connect(&unit, &SimulatedUnit::inputReport, [&isAnswered] { isAnswered = true; });
+    for ([[maybe_unused]] auto iteration : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
+        isAnswered = !unit.receive({GET_VERSION_NUMBER});
+        while (!isAnswered) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+    }
+}
+
+/// From the change flag being handled to the last row enabled: 32 exchanges, the version, the
+/// number of pedals, and for each of five pedals its record and five pieces of its block.
+void read(benchmark::State &state)
+{
+    Bench bench(delayOf(state));
+    for ([[maybe_unused]] auto iteration : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
+        DeviceDetectedChanged = true;
+        bench.window.UpdateAppWindow();
+    }
+}
+
+/// From the dialog's OK to the box that tells the success: two exchanges.
+void write(benchmark::State &state)
+{
+    Bench bench(delayOf(state));
+    SelectedPedalNo = 0;
+    SettingEnabled = true;
+    for ([[maybe_unused]] auto iteration : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
+        steady_clock::time_point told;
+        bench.boxes.reactWith([&told](QMessageBox &box) {
+            told = steady_clock::now();
+            box.accept();
+        });
+        const auto start = steady_clock::now();
+        bench.window.SettingDialog_OK();
+        state.SetIterationTime(std::chrono::duration<double>(told - start).count());
+    }
+}
+
+/// From the answer to the question to the box that tells the success: six exchanges.
+void restore(benchmark::State &state)
+{
+    Bench bench(delayOf(state));
+    for ([[maybe_unused]] auto iteration : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
+        steady_clock::time_point answered;
+        steady_clock::time_point told;
+        bench.boxes.reactWith([&answered](QMessageBox &box) {
+            answered = steady_clock::now();
+            box.button(QMessageBox::Ok)->click();
+        });
+        bench.boxes.reactWith([&told](QMessageBox &box) {
+            told = steady_clock::now();
+            box.accept();
+        });
+        InitialState = true;
+        bench.window.UpdateAppWindow();
+        state.SetIterationTime(std::chrono::duration<double>(told - answered).count());
+    }
+}
+
+void withDelays(benchmark::internal::Benchmark *benchmark)
+{
+    benchmark->ArgName("delay")->Arg(0)->Arg(1)->Arg(8)->Iterations(20)->Unit(
+        benchmark::kMillisecond);
+}
+BENCHMARK(unitAlone)->Apply(withDelays)->UseRealTime();
+BENCHMARK(read)->Apply(withDelays)->UseRealTime();
+BENCHMARK(write)->Apply(withDelays)->UseManualTime();
+BENCHMARK(restore)->Apply(withDelays)->UseManualTime();
+
+/// The CPU time of a wait that nothing answers, with the main window's ticks going on.
+void timeout(benchmark::State &state)
+{
+    Bench bench;
+    bench.unit.setFault({.kind = FaultKind::DropReply, .exchange = 0});
+    for ([[maybe_unused]] auto iteration : state) { // NOLINT(clang-analyzer-deadcode.DeadStores)
+        bench.window.plugNPlay.Communicate(GET_PEDAL_STATE, MESSAGE_OFF);
+    }
+}
+BENCHMARK(timeout)->MeasureProcessCPUTime()->UseRealTime()->Iterations(1)->Unit(
+    benchmark::kMillisecond);
+
+} // namespace
+} // namespace kavelo
+
+int main(int argc, char *argv[])
+{
+    benchmark::Initialize(&argc, argv);
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
