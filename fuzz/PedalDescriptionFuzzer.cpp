@@ -23,7 +23,8 @@ void take(std::span<const std::uint8_t> &bytes, std::span<std::uint8_t> row)
 void checkText(const QString &text)
 {
     require(text.isValidUtf16(), "the text is valid");
-    for (QString line : text.split(QStringLiteral("\r\n"))) {
+    const QStringList lines = text.split(QStringLiteral("\r\n"));
+    for (const QString &line : lines) {
         require(line.isEmpty() || line.startsWith(u'['), "every line has a label");
         require(!line.contains(u'\r') && !line.contains(u'\n'), "lines end with CR and LF");
     }
