@@ -363,6 +363,13 @@ void LinkRun::checkRecovery()
 } // namespace
 } // namespace kavelo
 
+/// Read by LeakSanitizer: what fontconfig keeps until the process is gone is no leak.
+extern "C" const char *__lsan_default_suppressions(); // NOLINT(bugprone-reserved-identifier)
+extern "C" const char *__lsan_default_suppressions()  // NOLINT(bugprone-reserved-identifier)
+{
+    return "leak:libfontconfig";
+}
+
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
