@@ -57,24 +57,14 @@ protected:
     }
     AdvancedSettingDialogViewController *dialog()
     {
-        for (auto *found : window.findChildren<AdvancedSettingDialogViewController *>()) {
-            if (found->isVisible()) {
-                return found;
-            }
-        }
-        return nullptr;
+        return shownDialog<AdvancedSettingDialogViewController>();
     }
     template <class Control>
     Control *in(const char *name)
     {
         return dialog()->findChild<Control *>(QLatin1String(name));
     }
-    void click(const char *name)
-    {
-        auto *button = in<QAbstractButton>(name);
-        QTest::mouseClick(button, Qt::LeftButton, {}, {10, button->height() / 2});
-    }
-    void closeWith(const char *button) { click(button); }
+    void click(const char *name) { WindowTest::click(in<QWidget>(name)); }
 
     void take(const Step &step)
     {
@@ -108,7 +98,7 @@ protected:
         requests.clear();
         boxes.answerWith(Qt::Key_Return);
         const qsizetype told = boxes.messages().size();
-        closeWith("buttonOK");
+        click("buttonOK");
         EXPECT_EQ(dialog(), nullptr);
         EXPECT_EQ(boxes.messages().mid(told), Success);
         const PedalMemory &memory = unit.memory().pedals[EditedPedal];
@@ -167,7 +157,7 @@ TEST_F(AdvancedDialogTest, OpensOnTheClickPageAndCancelSendsNothing)
 TEST_F(AdvancedDialogTest, WithoutLeaveToWriteOkOnlyCloses)
 {
     open(PointerMovement, false);
-    closeWith("buttonOK");
+    click("buttonOK");
     EXPECT_EQ(dialog(), nullptr);
     EXPECT_EQ(requests.size(), 1U);
     EXPECT_EQ(boxes.messages(), QStringList());
@@ -203,7 +193,7 @@ TEST_F(AdvancedDialogTest, EveryControlIsNamedAndReachedByTab)
             }
         }
         EXPECT_GE(controls, 5);
-        closeWith("buttonCancel");
+        click("buttonCancel");
     }
 }
 
@@ -260,7 +250,7 @@ TEST_F(AdvancedDialogTest, ClickPageShowsTheRecordAndPutsImpossibleClicksRight)
         EXPECT_EQ(enabled("C_checkbox").size(), load.checked.size() > 1 ? 4 : 1);
         EXPECT_EQ(enabled("C_radiobutton").size(), load.checked.size() > 1 ? 0 : 6);
         EXPECT_EQ(CommonData[EditedPedal], (CommonRecord{load.clicksAfterwards, 7, 8}));
-        closeWith("buttonCancel");
+        click("buttonCancel");
     }
     EXPECT_EQ(requests.size(), cases.size()) << "one request a dialog, none of them a write";
 }
@@ -467,7 +457,7 @@ TEST_F(AdvancedDialogTest, OptionsEnableTheirControls)
     QTest::keyClick(in<QWidget>("PSKO_numericupdownNumberOfRepeats_stepper"), Qt::Key_Up);
     EXPECT_EQ(in<QLineEdit>("PSKO_numericupdownNumberOfRepeats_textbox")->text(),
               QStringLiteral("42"));
-    closeWith("buttonCancel");
+    click("buttonCancel");
 }
 
 // Multiple key output page
@@ -618,7 +608,7 @@ TEST_P(AdvancedTroubleTest, AWriteAfterwardsGetsItsOwnReplies)
     }
     click("C_radiobuttonRightDoubleClick");
     boxes.answerWith(Qt::Key_Return);
-    closeWith("buttonOK");
+    click("buttonOK");
     EXPECT_EQ(boxes.messages(), Success);
     EXPECT_EQ(InputPacketBuffer[0], SET_PARAMETERS);
     EXPECT_EQ(unit.memory().pedals[EditedPedal].mode, SIMPLE_DOUBLE_CLICK);
@@ -635,7 +625,7 @@ TEST_F(AdvancedDialogTest, OkWithoutAUnitOrForAPedalThatIsGoneClaimsNoSuccess)
     open(Click);
     bus::unplug(unit);
     ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
-    closeWith("buttonOK");
+    click("buttonOK");
     EXPECT_EQ(dialog(), nullptr);
 
     open(Click);
@@ -643,7 +633,7 @@ TEST_F(AdvancedDialogTest, OkWithoutAUnitOrForAPedalThatIsGoneClaimsNoSuccess)
     const UnitMemory before = unit.memory();
     bus::plugIn(unit);
     ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
-    closeWith("buttonOK");
+    click("buttonOK");
     EXPECT_EQ(dialog(), nullptr);
     EXPECT_EQ(boxes.messages(), QStringList());
     ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
@@ -656,7 +646,7 @@ TEST_F(AdvancedDialogTest, AUnitThatGoesDuringOkIsToldAndClosesTheDialog)
     runTicks(1);
     unit.setFault({.kind = FaultKind::Unplug, .exchange = 1});
     boxes.answerWith(Qt::Key_Return);
-    closeWith("buttonOK");
+    click("buttonOK");
     EXPECT_EQ(boxes.messages(), QStringList{QStringLiteral("timeout")});
     EXPECT_EQ(dialog(), nullptr);
     ASSERT_TRUE(waitUntil([&] { return isBlank(); }));

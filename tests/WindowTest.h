@@ -102,15 +102,15 @@ protected:
     }
 
     /// The dialog on screen; null when there is none.
-    SettingDialogViewController *dialog()
+    /// The dialog of a class that is on screen, or null: a dismissed one may still be there.
+    template <class Dialog>
+    Dialog *shownDialog()
     {
-        for (auto *found : window.findChildren<SettingDialogViewController *>()) {
-            if (found->isVisible()) {
-                return found;
-            }
-        }
-        return nullptr;
+        const auto dialogs = window.findChildren<Dialog *>();
+        const auto shown = std::ranges::find_if(dialogs, &QWidget::isVisible);
+        return shown == dialogs.end() ? nullptr : *shown;
     }
+    SettingDialogViewController *dialog() { return shownDialog<SettingDialogViewController>(); }
     /// Clicks on the left part of the control: a button's mark, or its title.
     static void click(QWidget *widget)
     {
