@@ -10,7 +10,6 @@
 #include <QSpinBox>
 #include <QTabWidget>
 
-#include <ranges>
 #include <set>
 
 namespace kavelo {
@@ -108,20 +107,20 @@ protected:
         hid::Report sent{SET_OUTPUT_MODE_AND_DATA, EditedPedal, mode};
         std::ranges::copy(record, sent.begin() + 3);
         EXPECT_EQ(requests[0], sent);
-        std::ranges::copy(hid::Report{SET_PARAMETERS, 25, 20, 15, 15} | std::views::take(5),
+        std::ranges::copy(std::array<std::uint8_t, 5>{SET_PARAMETERS, 25, 20, 15, 15},
                           sent.begin());
         EXPECT_EQ(requests[1], sent);
     }
 
 private:
     template <class Property>
-    QStringList buttons(const char *prefix, Property property)
+    QStringList buttons(const char *namePrefix, Property property)
     {
+        const QLatin1String prefix(namePrefix);
         QStringList names;
         for (auto *button : dialog()->findChildren<QAbstractButton *>()) {
-            if (button->objectName().startsWith(QLatin1String(prefix)) &&
-                std::invoke(property, button)) {
-                names << button->objectName().mid(qstrlen(prefix));
+            if (button->objectName().startsWith(prefix) && std::invoke(property, button)) {
+                names << button->objectName().mid(prefix.size());
             }
         }
         names.sort();
