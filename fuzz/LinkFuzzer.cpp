@@ -1,6 +1,7 @@
 #include "AdditionalDataTransfer.h"
 #include "BoxWatcher.h"
 #include "HID_PnP.h"
+#include "LinkState.h"
 #include "Require.h"
 #include "RunLoop.h"
 #include "SimulatedBus.h"
@@ -28,23 +29,6 @@ using std::chrono::milliseconds;
 /// Ticks may come a little early.
 constexpr milliseconds ExchangePatience{5800};
 constexpr milliseconds OneWayPatience{2800};
-
-void resetLinkState()
-{
-    OutputMode = {};
-    CommonData = {};
-    AdditionalData = {};
-    SelectedPedalNo = 0;
-    OutputPacketBuffer = {};
-    InputPacketBuffer = {};
-    Count_timeout = 0;
-    for (bool *flag : {&isConnected, &DeviceDetected, &DeviceDetectedChanged,
-                       &StandardSettingDialogOpen, &CloseStandardSetting, &flag_MyNewDeviceCallback,
-                       &flag_MyRemovalCallback, &Flag_send, &Flag_input, &Flag_timeout}) {
-        *flag = false;
-    }
-    bus::reset();
-}
 
 /// A request that is not answered yet.
 struct PendingRequest

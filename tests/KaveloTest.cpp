@@ -1,11 +1,8 @@
 #include "KaveloTest.h"
 
-#include "HID_PnP.h"
+#include "LinkState.h"
 #include "MainWindowViewController.h"
-#include "PedalSetting.h"
-#include "Protocol.h"
 #include "SettingDialogViewController.h"
-#include "SimulatedBus.h"
 
 #include <QTest>
 #include <QTimer>
@@ -17,23 +14,10 @@ namespace {
 
 void resetModuleState()
 {
-    OutputMode = {};
-    CommonData = {};
-    AdditionalData = {};
-    SelectedPedalNo = 0;
-    OutputPacketBuffer = {};
-    InputPacketBuffer = {};
-    VersionNumberMajor = VersionNumberMinor = VersionNumberRevision = 0;
-    NumberOfPedals = DataNo = Count_timeout = 0;
-    for (bool *flag : {&isConnected, &DeviceDetected, &DeviceDetectedChanged,
-                       &StandardSettingDialogOpen, &CloseStandardSetting, &UnexpectedReply,
-                       &flag_MyNewDeviceCallback, &flag_MyRemovalCallback, &Flag_send, &Flag_input,
-                       &Flag_timeout, &InitialState, &SettingEnabled, &timer2state}) {
-        *flag = false;
-    }
+    resetLinkState();
+    InitialState = SettingEnabled = timer2state = false;
     PedalName.clear();
     TickPeriod = DefaultTickPeriod;
-    bus::reset();
 }
 
 } // namespace
