@@ -1,3 +1,4 @@
+#include "TabStops.h"
 #include "WindowTest.h"
 
 #include <QAccessible>
@@ -129,6 +130,27 @@ TEST_F(MainWindowTest, TooManyPedalsAreRefusedInWords)
         EXPECT_EQ(NumberOfPedals, 0);
         bus::unplug(unit);
         runTicks(2);
+    }
+}
+
+TEST_F(MainWindowTest, TabGoesThroughThePedalsFromLeftToRight)
+{
+    for (std::uint8_t pedals = 1; pedals <= MaxPedals; ++pedals) {
+        SCOPED_TRACE(int{pedals});
+        unit.memory().numberOfPedals = pedals;
+        bus::plugIn(unit);
+        ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
+        const std::vector<int> rows = litRows();
+        const int leftmost =
+            *std::ranges::min_element(rows, {}, [this](int row) { return contents(row)->x(); });
+        std::vector<int> places;
+        for (const QWidget *stop : tabStops(window, *contents(leftmost))) {
+            places.push_back(stop->x());
+        }
+        EXPECT_EQ(places.size(), 2U * pedals) << "a text and a button for each pedal";
+        EXPECT_TRUE(std::ranges::is_sorted(places));
+        bus::unplug(unit);
+        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
     }
 }
 

@@ -1,3 +1,4 @@
+#include "TabStops.h"
 #include "WindowTest.h"
 
 #include <QAccessible>
@@ -124,6 +125,18 @@ TEST_F(StandardDialogTest, OffersThe91StandardKeysToEveryone)
     EXPECT_EQ(dialog(), nullptr);
     EXPECT_FALSE(StandardSettingDialogOpen);
     EXPECT_TRUE(requests.empty());
+}
+
+TEST_F(StandardDialogTest, EveryControlIsNamedAndReachedByTab)
+{
+    unit.memory().pedals[2] = {.mode = SIMPLE_CLICK, .record = {1}};
+    plugInAndWait();
+    open(2);
+    for (const int tab : {0, 1}) {
+        SCOPED_TRACE(tab);
+        tabs()->setCurrentIndex(tab);
+        EXPECT_GE(tabStops(*dialog(), *tabs()).size(), 4U);
+    }
 }
 
 struct LoadCase
