@@ -6,6 +6,7 @@
 #include <QScopedValueRollback>
 
 #include <algorithm>
+#include <utility>
 
 namespace kavelo {
 namespace {
@@ -15,9 +16,6 @@ std::chrono::milliseconds replyTime()
 {
     return TimeoutTicks * TickPeriod;
 }
-
-/// How long a one-way request sleeps between two looks at a running exchange.
-constexpr std::chrono::milliseconds ShortSlice{10};
 
 } // namespace
 
@@ -48,6 +46,7 @@ void HID_PnP::NewDeviceDetected()
         return;
     }
     m_myDevice = devices.front();
+    abandonExchange(); // it waits for a unit that has gone, while this one waits to be read
     isConnected = true;
     m_myDevice->registerInputReportCallback(InputPacketBuffer, &MyInputCallback, this);
     m_hidManager->registerDeviceRemovalCallback(&MyRemovalCallback, this);
@@ -58,12 +57,7 @@ void HID_PnP::NewDeviceDetected()
 
 void HID_PnP::DeviceRemoved()
 {
-    if (m_myDevice) {
-        m_myDevice->registerInputReportCallback(InputPacketBuffer, nullptr, nullptr);
-    }
-    m_myDevice.reset();
-    m_replyOwed = QDeadlineTimer();
-    m_repliesDoubtful = QDeadlineTimer();
+    letUnitGo();
     isConnected = false;
     m_hidManager->registerDeviceRemovalCallback(nullptr, nullptr);
     m_hidManager->registerDeviceMatchingCallback(&MyNewDeviceCallback, this);
@@ -79,96 +73,101 @@ bool HID_PnP::Communicate(std::uint8_t CommunicationCommand, bool MessageOn)
     if (!m_myDevice) {
         return true;
     }
-    hid::Report request = OutputPacketBuffer;
-    request[0] = CommunicationCommand;
+    // Other senders may fill the buffer during the waits.
+    const auto exchange = std::make_shared<Exchange>(Exchange{m_myDevice, OutputPacketBuffer});
+    exchange->request[0] = CommunicationCommand;
+    carryOut(exchange);
 
-    // The event loop runs in here, so the unit may change and other senders may fill the buffer.
-    // A record meant for one unit must never reach another.
-    const hid::DeviceRef unit = m_myDevice;
-    discardOwedReply();
-    if (m_myDevice != unit) {
-        return true;
+    if (exchange->fate == Exchange::Fate::Answered) {
+        InputPacketBuffer = exchange->reply;
+        return false;
     }
-    OutputPacketBuffer = request;
-    if (!sendRequest(2 * replyTime())) {
-        if (MessageOn) {
-            alertBox(QStringLiteral("sending error"));
-        }
-        return true;
-    }
-    const quint64 thisRequest = m_requestsSent;
-    waitForEndOfExchange();
-
-    if (m_closed || m_requestsSent != thisRequest) {
-        return true;
-    }
-    if (Flag_timeout) {
+    if (MessageOn && exchange->fate == Exchange::Fate::Refused) {
+        alertBox(QStringLiteral("sending error"));
+    } else if (exchange->fate == Exchange::Fate::TimedOut) {
         if (MessageOn) {
             alertBox(QStringLiteral("timeout"));
         }
         logLine(QStringLiteral("timeout"));
-        return true;
     }
-    m_repliesDoubtful.setRemainingTime(replyTime());
-    return false;
+    return true;
 }
 
-/// Lets the reply to an earlier request come in before the next request goes out: a reply is told
-/// by its arrival alone, so one that is late would otherwise be taken for the next one's, and so
-/// would every reply after it.
-void HID_PnP::discardOwedReply()
+/// Sends the request as soon as no other exchange is running, and waits for what comes of it.
+void HID_PnP::carryOut(const ExchangeRef &exchange)
 {
-    while (!m_replyOwed.hasExpired()) {
-        runEventLoop(std::min(WaitSlice, std::chrono::milliseconds(m_replyOwed.remainingTime())));
+    while (m_running) {
+        runEventLoop(WaitSlice);
     }
-    m_replyOwed = QDeadlineTimer();
+    if (m_myDevice != exchange->unit) {
+        return;
+    }
+    if (!send(*exchange, 2 * replyTime())) {
+        exchange->fate = Exchange::Fate::Refused;
+        return;
+    }
+    m_owed.push_back(exchange);
+    m_running = exchange;
+    exchange->fate = Exchange::Fate::Waiting;
+    Flag_timeout = false;
+    Flag_send = true;
+    m_poll.start(TickPeriod);
+    while (exchange->fate == Exchange::Fate::Waiting) {
+        runEventLoop(WaitSlice);
+    }
 }
 
-bool HID_PnP::sendRequest(std::chrono::milliseconds replyOwedFor)
+bool HID_PnP::send(Exchange &exchange, std::chrono::milliseconds replyDueIn)
 {
-    if (!m_myDevice->setReport(OutputPacketBuffer)) {
+    OutputPacketBuffer = exchange.request;
+    if (!exchange.unit->setReport(OutputPacketBuffer)) {
         return false;
     }
     // A report that came in before the request is no answer to it; the answer itself can't come in
     // before the event loop runs.
     Flag_input = false;
-    ++m_requestsSent;
-    m_repliesOwed = m_replyOwed.hasExpired() ? 1 : m_repliesOwed + 1;
-    m_replyOwed.setRemainingTime(replyOwedFor);
+    exchange.replyDue.setRemainingTime(replyDueIn);
     return true;
-}
-
-void HID_PnP::waitForEndOfExchange()
-{
-    Flag_timeout = false;
-    Flag_send = true;
-    Count_timeout = 0;
-    m_poll.start(TickPeriod);
-    // The poll stops with the exchange. Flag_send alone would not do here: a one-way request made
-    // inside the wait sets it again.
-    while (m_poll.isActive() && !m_closed) {
-        runEventLoop(WaitSlice);
-    }
-    m_poll.stop();
 }
 
 void HID_PnP::check_INPUT()
 {
-    if (!Flag_send) {
+    if (!m_running) {
         return;
     }
     if (Flag_input) {
-        Count_timeout = 0;
-        Flag_send = false;
-        Flag_input = false;
-        m_poll.stop();
-    } else if (++Count_timeout >= TimeoutTicks) {
+        end(Exchange::Fate::Answered);
+    } else if (++Count_timeout < TimeoutTicks) {
+        return;
+    } else if (m_running->isDoubtful && m_running->unit == m_myDevice) {
+        askAgain();
+    } else {
         Flag_timeout = true;
-        Flag_send = false;
-        Flag_input = false;
-        Count_timeout = 0;
-        m_poll.stop();
+        end(Exchange::Fate::TimedOut);
     }
+}
+
+/// One report has come in where two were due, and nothing in it tells which it was. Sends the
+/// request again as soon as the reply can't be late any more.
+void HID_PnP::askAgain()
+{
+    if (!m_running->replyDue.hasExpired()) {
+        return;
+    }
+    m_running->isDoubtful = false;
+    Count_timeout = 0;
+    if (!send(*m_running, 2 * replyTime())) {
+        end(Exchange::Fate::Refused);
+    }
+}
+
+void HID_PnP::end(Exchange::Fate fate)
+{
+    m_poll.stop();
+    Flag_send = false;
+    Flag_input = false;
+    Count_timeout = 0;
+    std::exchange(m_running, nullptr)->fate = fate;
 }
 
 void HID_PnP::Communicate_AdditionalData()
@@ -176,51 +175,73 @@ void HID_PnP::Communicate_AdditionalData()
     if (!m_myDevice) {
         return;
     }
-    const hid::DeviceRef unit = m_myDevice;
-    const QDeadlineTimer patience(replyTime());
-    const auto busy = [this] { return m_poll.isActive() || !m_replyOwed.hasExpired(); };
-    while (Flag_send && busy() && !patience.hasExpired()) {
-        runEventLoop(ShortSlice);
+    const auto exchange = std::make_shared<Exchange>(Exchange{m_myDevice, {}});
+    while (m_running) {
+        runEventLoop(WaitSlice);
     }
-    if (m_myDevice != unit) {
+    if (m_myDevice != exchange->unit) {
         return;
     }
-    OutputPacketBuffer.fill(0xFF);
-    OutputPacketBuffer[0] = GET_ADDITIONAL_DATA;
-    OutputPacketBuffer[1] = static_cast<std::uint8_t>(SelectedPedalNo);
-    OutputPacketBuffer[2] = static_cast<std::uint8_t>(DataNo);
+    exchange->request.fill(0xFF);
+    exchange->request[0] = GET_ADDITIONAL_DATA;
+    exchange->request[1] = static_cast<std::uint8_t>(SelectedPedalNo);
+    exchange->request[2] = static_cast<std::uint8_t>(DataNo);
     Flag_send = true;
-    // Nobody waits for the reply; a refused send leaves nothing to clean up.
-    (void)sendRequest(replyTime());
+    if (send(*exchange, replyTime())) {
+        m_owed.push_back(exchange); // to be dropped when it comes
+    }
+}
+
+bool HID_PnP::isReplyOwed()
+{
+    std::erase_if(m_owed, [this](const ExchangeRef &exchange) {
+        return exchange != m_running && exchange->replyDue.hasExpired();
+    });
+    return !m_owed.empty() && m_owed.front() != m_running;
 }
 
 void HID_PnP::PacketReceived()
 {
-    Flag_input = true;
-    // A reply that comes twice is taken for the next exchange's, and so is every reply after it,
-    // until one of them finds nobody waiting or comes together with the next.
-    if (m_replyOwed.hasExpired() && !m_repliesDoubtful.hasExpired()) {
+    const bool isLate = isReplyOwed();
+    if (m_owed.empty()) {
+        // A reply that comes twice is taken for the next exchange's, and so is every reply after
+        // it, until one of them finds nobody waiting.
         UnexpectedReply = true;
+        Flag_input = true;
+        return;
     }
-    // A one-way request may have gone out behind another one, so one reply need not be the last.
-    if (--m_repliesOwed <= 0) {
-        m_replyOwed = QDeadlineTimer();
-    }
-    if (m_poll.isActive()) {
-        // The next tick is due now; the reply need not lie around for the rest of the period.
-        m_poll.start(std::chrono::milliseconds::zero());
+    const ExchangeRef exchange = m_owed.front();
+    m_owed.pop_front();
+    exchange->reply = InputPacketBuffer;
+    if (!isLate) {
+        Flag_input = true;
+        m_poll.start(std::chrono::milliseconds::zero()); // the next tick is due now
+    } else if (m_running) {
+        m_running->isDoubtful = true;
     }
 }
 
 void HID_PnP::close()
 {
-    m_closed = true;
-    m_replyOwed = QDeadlineTimer();
     m_hidManager->registerDeviceMatchingCallback(nullptr, nullptr);
     m_hidManager->registerDeviceRemovalCallback(nullptr, nullptr);
+    letUnitGo();
+    abandonExchange();
+}
+
+void HID_PnP::letUnitGo()
+{
     if (m_myDevice) {
         m_myDevice->registerInputReportCallback(InputPacketBuffer, nullptr, nullptr);
-        m_myDevice.reset();
+    }
+    m_myDevice.reset();
+    m_owed.clear();
+}
+
+void HID_PnP::abandonExchange()
+{
+    if (m_running) {
+        end(Exchange::Fate::Abandoned);
     }
 }
 

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
+#include <deque>
 #include <memory>
 #include <span>
 
@@ -28,21 +30,21 @@ inline bool DeviceDetectedChanged = false;
 inline bool StandardSettingDialogOpen = false;
 /// The open Standard dialog must close, its unit is gone. Set by the link, cleared by the dialog.
 inline bool CloseStandardSetting = false;
-/// A report has come in that answers nothing, so soon after an exchange that replies may have been
-/// taken for one another's. Set by the link, cleared by the main window before it talks at length.
+/// A report has come in that answers nothing: replies may have been taken for one another's. Set by
+/// the link, cleared by the main window before it talks at length.
 inline bool UnexpectedReply = false;
 
 // Guards of the callbacks against re-entry; set and read by the callbacks only.
 inline bool flag_MyNewDeviceCallback = false;
 inline bool flag_MyRemovalCallback = false;
 
-// State of the exchange, set and read by the link only.
+// State of the running exchange, set by the link only.
 
-/// A request is out and its exchange is not finished.
+/// A request is out and its exchange is not finished. A one-way request leaves it set.
 inline bool Flag_send = false;
-/// A report has come in since the last finished exchange.
+/// A report has come in, and it is not the late reply to an earlier request.
 inline bool Flag_input = false;
-/// The exchange ran out of time.
+/// The last exchange ran out of time.
 inline bool Flag_timeout = false;
 /// Ticks that the current reply has been waited for.
 inline int Count_timeout = 0;
@@ -71,21 +73,26 @@ public:
     void NewDeviceDetected();
 
     /// Exchanges one command with the unit. The caller has filled OutputPacketBuffer from byte 1
-    /// on; the reply is in InputPacketBuffer afterwards. Runs the event loop while it waits, at
-    /// most 30 ticks of 0.1 s; everything, also another exchange, may happen inside.
+    /// on; the reply is in InputPacketBuffer afterwards. Runs the event loop while it waits, and
+    /// everything, also another exchange, may happen inside: an exchange that finds one running
+    /// lets it end first. The wait for the reply takes at most 30 ticks of 0.1 s. It begins anew
+    /// when the only report that came in may have been the late reply to an earlier request: the
+    /// request is then sent once more, as soon as no reply can be late any more.
     ///
     /// Returns true on failure: no unit, the send was refused ("sending error"), no reply in time
-    /// ("timeout"), or, silently, when an exchange made inside the wait has taken the reply's
-    /// place, the unit changed before the request was out, or the link was closed. With
+    /// ("timeout"), or, silently, when the unit has changed or the link was closed meanwhile. With
     /// `MessageOn` the first two kinds of trouble on the wire are shown in a message box.
     bool Communicate(std::uint8_t CommunicationCommand, bool MessageOn);
 
-    /// One tick of a waiting exchange; the only place that ends a wait.
+    /// One tick of the running exchange; the only place that finds its reply or its timeout.
     void check_INPUT();
 
     /// Asks for a piece (`DataNo`) of the selected pedal's additional block without waiting for
-    /// the reply, which nothing stores. Waits for a running exchange first, 30 ticks at most.
+    /// the reply, which nothing stores. Lets a running exchange end first.
     void Communicate_AdditionalData();
+
+    /// Whether the reply to a request that nobody waits for any more can still come in.
+    [[nodiscard]] bool isReplyOwed();
 
     /// Takes note of an input report, whose bytes are in InputPacketBuffer already.
     void PacketReceived();
@@ -95,23 +102,37 @@ public:
     void close();
 
 private:
-    void discardOwedReply();
-    [[nodiscard]] bool sendRequest(std::chrono::milliseconds replyOwedFor);
-    void waitForEndOfExchange();
+    /// One request and what comes of it.
+    struct Exchange
+    {
+        /// Abandoned: not sent, or waited for in vain, because its unit has gone.
+        enum class Fate { Abandoned, Waiting, Answered, Refused, TimedOut };
+
+        hid::DeviceRef unit; ///< the only one that may get the request
+        hid::Report request;
+        Fate fate = Fate::Abandoned;
+        hid::Report reply{};
+        QDeadlineTimer replyDue{}; ///< until then the reply may come in, in time or late
+        bool isDoubtful = false;   ///< an earlier request's reply has come in instead of this one's
+    };
+    using ExchangeRef = std::shared_ptr<Exchange>;
+
+    void carryOut(const ExchangeRef &exchange);
+    [[nodiscard]] static bool send(Exchange &exchange, std::chrono::milliseconds replyDueIn);
+    void askAgain();
+    void end(Exchange::Fate fate);
+    void abandonExchange();
+    void letUnitGo();
 
     std::unique_ptr<hid::Manager> m_hidManager;
     hid::DeviceRef m_myDevice;
     /// Ticks while an exchange waits.
     QTimer m_poll;
-    /// Until when the unit may still answer an earlier request. Expired when it owes nothing.
-    QDeadlineTimer m_replyOwed;
-    /// How many replies it may still send until then.
-    int m_repliesOwed = 0;
-    /// Until when a report that answers nothing casts doubt on the replies around it.
-    QDeadlineTimer m_repliesDoubtful;
-    /// Requests sent so far; tells an exchange whether another one ran inside its wait.
-    quint64 m_requestsSent = 0;
-    bool m_closed = false;
+    /// The exchange that waits for its reply; null when none does.
+    ExchangeRef m_running;
+    /// Requests that the unit may still answer, in the order in which they were sent and in which
+    /// it answers them.
+    std::deque<ExchangeRef> m_owed;
 };
 
 // The callbacks that the link registers. They reach the link through selfRef, because a callback

@@ -17,6 +17,7 @@
 #include <array>
 #include <deque>
 #include <span>
+#include <vector>
 
 namespace kavelo {
 namespace {
@@ -42,15 +43,6 @@ struct TracedUnit
 {
     SimulatedUnit unit;
     std::deque<PendingRequest> pending;
-};
-
-/// A request that a unit has got, or the reply to it: the unit's number and the exchange's.
-struct Trace
-{
-    const SimulatedUnit *unit = nullptr;
-    int number = 0;
-
-    bool operator==(const Trace &) const = default;
 };
 
 /// One link and two units, to which the input's events happen, most of them inside the waits of
@@ -82,9 +74,11 @@ private:
     void closeLink(unsigned argument);
 
     void nextHappening();
+    void disturb();
     void follow(TracedUnit &traced);
     void noteRequest(TracedUnit &traced, const Exchange &exchange);
     void noteEnd(TracedUnit &traced, const Exchange &exchange);
+    [[nodiscard]] bool exchangeTagged(std::uint8_t command, bool messageOn);
     [[nodiscard]] bus::AttachmentRef held() const;
     void settle();
     void checkFlags() const;
@@ -105,12 +99,14 @@ private:
     std::uint8_t m_lastRecord = 0;
 
     QElapsedTimer m_clock;
-    Trace m_lastRequest;
-    Trace m_lastReply;
-    hid::Report m_lastReport{};
+    /// Byte 1 of the last request that can be told from others. The pieces' stay below.
+    std::uint8_t m_tag = MaxPedals;
+    /// What the units have answered to the requests with a tag.
+    std::array<std::vector<hid::Report>, 256> m_replies;
     /// Something came in that a reply can't be told from: a report nobody asked for, or a reply
     /// after the link's patience. Replies may be taken for others until none is due.
     bool m_disturbed = false;
+    int m_disturbances = 0;
 };
 
 const std::array<LinkRun::Happening, 10> LinkRun::Happenings{
@@ -175,6 +171,12 @@ void LinkRun::nextHappening()
     (this->*pick(Happenings, what))(how / unsigned{Pauses.size()});
 }
 
+void LinkRun::disturb()
+{
+    m_disturbed = true;
+    ++m_disturbances;
+}
+
 void LinkRun::exchange(unsigned argument)
 {
     const std::uint8_t command = pick(Commands, argument / 2);
@@ -184,14 +186,27 @@ void LinkRun::exchange(unsigned argument)
         m_recordsUnit.at(++m_lastRecord) = unit;
         OutputPacketBuffer.back() = m_lastRecord;
     }
-    OutputPacketBuffer[1] = static_cast<std::uint8_t>(argument / 8);
-    if (m_link.Communicate(command, messageOn)) {
+    if (!exchangeTagged(command, messageOn)) {
         m_boxesAllowed += messageOn ? 1 : 0;
         return;
     }
-    require(unit != nullptr && !m_closed, "without a unit an exchange fails");
-    require(m_disturbed || m_lastReply == m_lastRequest, "a success has the request's own reply");
-    require(m_disturbed || InputPacketBuffer == m_lastReport, "the reply is in the buffer");
+    require(unit != nullptr, "without a unit an exchange fails");
+}
+
+/// Carries out an exchange and checks, if it succeeds, that the reply is its own.
+bool LinkRun::exchangeTagged(std::uint8_t command, bool messageOn)
+{
+    m_tag = std::max<std::uint8_t>(m_tag + 1, MaxPedals);
+    std::vector<hid::Report> &replies = m_replies.at(m_tag);
+    replies.clear();
+    OutputPacketBuffer[1] = m_tag;
+    const int disturbances = m_disturbances - (m_disturbed ? 1 : 0);
+    if (m_link.Communicate(command, messageOn)) {
+        return false;
+    }
+    require(m_disturbances > disturbances || std::ranges::count(replies, InputPacketBuffer) > 0,
+            "a success has the request's own reply");
+    return true;
 }
 
 void LinkRun::readBlock(unsigned argument)
@@ -221,7 +236,7 @@ void LinkRun::plugOrUnplug(unsigned argument)
 
 void LinkRun::sendUnasked(unsigned argument)
 {
-    m_disturbed = true;
+    disturb();
     Q_EMIT m_units.at(argument % m_units.size()).unit.inputReport({0xEE, 0xEE});
 }
 
@@ -281,7 +296,6 @@ void LinkRun::noteRequest(TracedUnit &traced, const Exchange &exchange)
         m_disturbed = false;
     }
     traced.pending.push_back({m_clock.elapsed(), isOneWay ? OneWayPatience : ExchangePatience});
-    m_lastRequest = {&traced.unit, exchange.number};
 }
 
 void LinkRun::noteEnd(TracedUnit &traced, const Exchange &exchange)
@@ -290,9 +304,10 @@ void LinkRun::noteEnd(TracedUnit &traced, const Exchange &exchange)
     traced.pending.pop_front();
     const bus::AttachmentRef unit = held();
     if (exchange.outcome == Exchange::Outcome::Answered && unit && unit->unit == &traced.unit) {
-        m_lastReply = {&traced.unit, exchange.number};
-        m_lastReport = exchange.reply;
-        m_disturbed |= milliseconds(m_clock.elapsed() - request.sent) > request.patience;
+        m_replies.at(exchange.request[1]).push_back(exchange.reply);
+        if (milliseconds(m_clock.elapsed() - request.sent) > request.patience) {
+            disturb();
+        }
     }
 }
 
@@ -339,8 +354,7 @@ void LinkRun::checkRecovery()
     }
     unit->unit->setFault({});
     unit->unit->setReplyDelay(0ms);
-    const bool failed = m_link.Communicate(GET_VERSION_NUMBER, MESSAGE_ON);
-    require(!failed && m_lastReply == m_lastRequest && InputPacketBuffer == m_lastReport,
+    require(exchangeTagged(GET_VERSION_NUMBER, MESSAGE_ON),
             "a unit that works again is understood again");
 }
 

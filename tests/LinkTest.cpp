@@ -80,47 +80,63 @@ TEST_F(LinkTest, WithoutAUnitFailsSilently)
     EXPECT_EQ(boxes.messages(), QStringList());
 }
 
+/// What the first two exchanges meet with.
 struct FailureCase
 {
-    FaultKind fault;
+    FaultKind first;
     bool messageOn;
-    QStringList boxes;
+    const char *box;
+    bool isLate = false; ///< the reply to the first comes in when the second is out
+    FaultKind second = FaultKind::None;
 };
 
 class LinkFailureTest : public LinkTest, public ::testing::WithParamInterface<FailureCase>
 {
 };
 
-TEST_P(LinkFailureTest, IsToldOnceAndTheNextExchangeSucceeds)
+TEST_P(LinkFailureTest, IsToldOnceAndTheNextExchangesGetTheirOwnReplies)
 {
+    TickPeriod = std::chrono::milliseconds(20);
     const FailureCase &failure = GetParam();
-    unit.setLateness(std::chrono::milliseconds(4500));
     bus::plugIn(unit);
+    unit.setReplyDelay(std::chrono::milliseconds(5));
     HID_PnP link;
-    unit.setFault({.kind = failure.fault, .exchange = 1});
-    for (qsizetype i = 0; i < failure.boxes.size(); ++i) {
+    unit.setFault({.kind = failure.first, .exchange = 1});
+    const QStringList told{QLatin1String(failure.box)};
+    if (failure.messageOn) {
         boxes.answerWith(Qt::Key_Return);
     }
+    ::testing::internal::CaptureStdout();
     EXPECT_TRUE(link.Communicate(GET_VERSION_NUMBER, failure.messageOn));
-    EXPECT_EQ(boxes.messages(), failure.boxes);
+    const std::string printed = ::testing::internal::GetCapturedStdout();
+    EXPECT_EQ(printed.find("timeout\n") != std::string::npos, Flag_timeout);
+    EXPECT_EQ(boxes.messages(), failure.messageOn ? told : QStringList());
 
-    // A late reply must not be taken for this one's, nor shift the following ones.
-    ASSERT_FALSE(link.Communicate(GET_NUMBER_OF_PEDALS, MESSAGE_ON));
-    EXPECT_EQ(InputPacketBuffer[0], GET_NUMBER_OF_PEDALS);
-    ASSERT_FALSE(link.Communicate(GET_PEDAL_STATE, MESSAGE_ON));
-    EXPECT_EQ(InputPacketBuffer[0], GET_PEDAL_STATE);
-    EXPECT_EQ(boxes.messages(), failure.boxes);
+    unit.setFault({.kind = failure.second, .exchange = 1});
+    QObject::connect(
+        &unit, &SimulatedUnit::exchanged, &link,
+        [&](const Exchange &exchange) {
+            if (failure.isLate && exchange.number == 2 &&
+                exchange.outcome == Exchange::Outcome::Waiting) {
+                Q_EMIT unit.inputReport({0xEE, 0xEE});
+            }
+        },
+        Qt::QueuedConnection);
+    for (const std::uint8_t command : {GET_NUMBER_OF_PEDALS, GET_PEDAL_STATE, GET_VERSION_NUMBER}) {
+        ASSERT_FALSE(link.Communicate(command, MESSAGE_ON));
+        EXPECT_EQ(InputPacketBuffer[0], command);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, LinkFailureTest,
-    ::testing::Values(
-        FailureCase{FaultKind::RefuseSend, MESSAGE_ON, {QStringLiteral("sending error")}},
-        FailureCase{FaultKind::RefuseSend, MESSAGE_OFF, {}},
-        FailureCase{FaultKind::DropReply, MESSAGE_ON, {QStringLiteral("timeout")}},
-        FailureCase{FaultKind::DropReply, MESSAGE_OFF, {}},
-        FailureCase{FaultKind::AnswerLate, MESSAGE_ON, {QStringLiteral("timeout")}},
-        FailureCase{FaultKind::AnswerLate, MESSAGE_OFF, {}}));
+    ::testing::Values(FailureCase{FaultKind::RefuseSend, MESSAGE_ON, "sending error"},
+                      FailureCase{FaultKind::RefuseSend, MESSAGE_OFF, ""},
+                      FailureCase{FaultKind::DropReply, MESSAGE_ON, "timeout"},
+                      FailureCase{FaultKind::DropReply, MESSAGE_OFF, ""},
+                      FailureCase{FaultKind::DropReply, MESSAGE_ON, "timeout", true},
+                      FailureCase{FaultKind::DropReply, MESSAGE_ON, "timeout", true,
+                                  FaultKind::DropReply}));
 
 TEST_F(LinkTest, AReportNobodyAskedForAnswersNothing)
 {
@@ -148,31 +164,39 @@ TEST_F(LinkTest, OneWayRequestsNeverAnswerALaterExchange)
     EXPECT_EQ(InputPacketBuffer[0], GET_VERSION_NUMBER);
 }
 
-TEST_F(LinkTest, AOneWayRequestInsideAWaitLetsTheExchangeEnd)
+TEST_F(LinkTest, AnExchangeTellsItsOwnFateWhateverIsSentBeforeItReturns)
 {
-    unit.setReplyDelay(std::chrono::milliseconds(30));
+    TickPeriod = std::chrono::milliseconds(20);
+    unit.setReplyDelay(std::chrono::milliseconds(5));
     bus::plugIn(unit);
     HID_PnP link;
-    QTimer::singleShot(0, &link, &HID_PnP::Communicate_AdditionalData);
-    link.Communicate(GET_VERSION_NUMBER, MESSAGE_ON);
-    EXPECT_EQ(requests.size(), 2U);
-    EXPECT_EQ(boxes.messages(), QStringList());
-}
-
-TEST_F(LinkTest, AnExchangeOvertakenInsideItsWaitFailsInsteadOfReadingTheOthersReply)
-{
-    unit.setReplyDelay(std::chrono::milliseconds(30));
-    bus::plugIn(unit);
-    HID_PnP link;
-    bool innerFailed = true;
-    std::uint8_t innerReply = 0;
-    QTimer::singleShot(0, &link, [&] {
-        innerFailed = link.Communicate(GET_NUMBER_OF_PEDALS, MESSAGE_ON);
-        innerReply = InputPacketBuffer[0];
-    });
-    EXPECT_TRUE(link.Communicate(GET_VERSION_NUMBER, MESSAGE_ON));
-    EXPECT_FALSE(innerFailed);
-    EXPECT_EQ(innerReply, GET_NUMBER_OF_PEDALS);
+    for (const bool isOneWay : {true, false}) {
+        for (const FaultKind fault : {FaultKind::None, FaultKind::DropReply}) {
+            SCOPED_TRACE(::testing::Message() << isOneWay << int(fault));
+            requests.clear();
+            unit.setFault({.kind = fault, .exchange = 1});
+            QStringList told = boxes.messages();
+            if (fault != FaultKind::None) {
+                told << QStringLiteral("timeout");
+                boxes.answerWith(Qt::Key_Return);
+            }
+            QTimer::singleShot(0, &link, [&] {
+                if (isOneWay) {
+                    link.Communicate_AdditionalData();
+                } else {
+                    EXPECT_FALSE(link.Communicate(GET_NUMBER_OF_PEDALS, MESSAGE_ON));
+                    EXPECT_EQ(InputPacketBuffer[0], GET_NUMBER_OF_PEDALS);
+                }
+            });
+            EXPECT_EQ(link.Communicate(GET_VERSION_NUMBER, MESSAGE_ON), fault != FaultKind::None);
+            EXPECT_EQ(boxes.messages(), told);
+            EXPECT_GE(requests.size(), 2U);
+            if (fault == FaultKind::None) {
+                EXPECT_EQ(InputPacketBuffer[0], GET_VERSION_NUMBER);
+            }
+            ASSERT_TRUE(waitUntil([&] { return !link.isReplyOwed(); }));
+        }
+    }
 }
 
 TEST_F(LinkTest, ARequestNeverReachesAUnitThatItWasNotMeantFor)
