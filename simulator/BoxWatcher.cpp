@@ -26,11 +26,15 @@ void BoxWatcher::reactWith(Reaction reaction)
 
 bool BoxWatcher::eventFilter(QObject *watched, QEvent *event)
 {
-    auto *box = event->type() == QEvent::Show ? qobject_cast<QMessageBox *>(watched) : nullptr;
-    if (box != nullptr) {
+    if (event->type() != QEvent::Show) {
+        return QObject::eventFilter(watched, event);
+    }
+    if (auto *box = qobject_cast<QMessageBox *>(watched)) {
         m_messages << box->informativeText();
         // Only once the box is really up and waiting.
         QTimer::singleShot(0, box, [this, box] { react(*box); });
+    } else if (qobject_cast<QDialog *>(watched) != nullptr) {
+        ++m_dialogsShown;
     }
     return QObject::eventFilter(watched, event);
 }

@@ -29,6 +29,8 @@ public:
     /// The messages of all boxes so far, line breaks as "\n".
     [[nodiscard]] const QStringList &messages() const { return m_messages; }
     void forgetMessages() { m_messages.clear(); }
+    /// How many other dialogs have come on screen so far.
+    [[nodiscard]] int dialogsShown() const { return m_dialogsShown; }
     /// Whether every foreseen box has come.
     [[nodiscard]] bool isDone() const { return m_reactions.empty(); }
 
@@ -39,6 +41,7 @@ private:
 
     std::deque<Reaction> m_reactions;
     QStringList m_messages;
+    int m_dialogsShown = 0;
 };
 
 } // namespace kavelo

@@ -191,7 +191,7 @@ bool SimulatedUnit::receive(const hid::Report &request)
     if (!m_powered) {
         return false;
     }
-    const FaultKind fault = nextFault();
+    const FaultKind fault = nextFault(request);
     Exchange exchange{
         .number = ++m_exchangeCount, .time = std::chrono::system_clock::now(), .request = request};
     if (fault == FaultKind::RefuseSend) {
@@ -220,8 +220,11 @@ bool SimulatedUnit::receive(const hid::Report &request)
     return true;
 }
 
-FaultKind SimulatedUnit::nextFault()
+FaultKind SimulatedUnit::nextFault(const hid::Report &request)
 {
+    if (!std::equal(m_fault.request.begin(), m_fault.request.end(), request.begin())) {
+        return FaultKind::None;
+    }
     ++m_exchangesSinceFaultSet;
     const bool strikes = m_fault.exchange == 0 || m_fault.exchange == m_exchangesSinceFaultSet;
     return strikes ? m_fault.kind : FaultKind::None;

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <deque>
 #include <random>
+#include <vector>
 
 namespace kavelo {
 
@@ -69,6 +70,8 @@ struct Fault
     FaultKind kind = FaultKind::None;
     /// Which exchange it strikes, counted from 1 for the next one; 0 is every exchange.
     int exchange = 0;
+    /// It strikes only requests that begin with these bytes, and only these are counted.
+    std::vector<std::uint8_t> request{};
 };
 
 /// One request to the unit and what came of it.
@@ -157,7 +160,7 @@ private:
         bool isRepetition = false; ///< of the reply; the exchange is over already
     };
 
-    [[nodiscard]] FaultKind nextFault();
+    [[nodiscard]] FaultKind nextFault(const hid::Report &request);
     [[nodiscard]] hid::Report carryOut(const hid::Report &request);
     [[nodiscard]] hid::Report garbage();
     void startOnFirst();
