@@ -205,9 +205,7 @@ protected:
 
     [[nodiscard]] bool endsBlank(int exchange, const hid::Report &reply) const
     {
-        const bool endsRead = exchange == Version || exchange == Count || isPiece(exchange);
-        return staysAway() || isRefusedCount(exchange, reply) ||
-               (task == Read && fails() && !unitGoes() && endsRead);
+        return staysAway() || isRefusedCount(exchange, reply);
     }
 
     /// Every record is the old one or the new one, by whether its exchange has been carried out.

@@ -387,6 +387,7 @@ TEST_P(UnplugTest, TakesTheDialogsDownAndAReplugReadsEverythingAgain)
     EXPECT_TRUE(showsUnit(unit));
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     EXPECT_FALSE(StandardSettingDialogOpen);
+    EXPECT_EQ(boxes.dialogsShown(), moment == Moment::QuestionOpen ? 0 : 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Moments, UnplugTest,

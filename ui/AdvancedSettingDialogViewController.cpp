@@ -79,10 +79,7 @@ void AdvancedSettingDialogViewController::okButtonPressed()
     if (action == nullptr) {
         return;
     }
-    // One write is enough: nothing can be chosen or pressed while the unit is being waited for.
-    m_ui->buttonOK->setEnabled(false);
-    m_ui->tabcontrolPages->setEnabled(false);
-    SelectedPedalNo = pedal();
+    selectPedal();
     (this->*action)();
 }
 

@@ -14,6 +14,7 @@
 #include <QCloseEvent>
 #include <QFontInfo>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QVariantAnimation>
 
 #include <algorithm>
@@ -57,9 +58,11 @@ void setFittingText(QPushButton &button, QStringView text)
 class MainWindowViewController::Run
 {
 public:
-    explicit Run(MainWindowViewController &window)
+    /// `looksAgain`: when it fails, look what the unit really holds once it is over.
+    explicit Run(MainWindowViewController &window, bool looksAgain = true)
         : m_window(window)
         , m_number(++window.m_runs)
+        , m_looksAgain(looksAgain)
     {
         m_window.m_mayDoubt = false;
         UnexpectedReply = false;
@@ -68,26 +71,58 @@ public:
     Run &operator=(const Run &) = delete;
     ~Run()
     {
-        if (overtaken()) {
+        if (isOvertaken()) {
             DeviceDetectedChanged = true;
         } else {
-            m_window.m_readAgain = m_hasFailed;
+            m_window.m_readAgain = m_hasFailed && m_looksAgain;
         }
     }
 
-    [[nodiscard]] bool overtaken() const { return m_window.m_runs != m_number; }
+    /// Whether the arrays may hold something else by now than this run has put there, or another
+    /// unit may stand where the one was. Nothing may be read or written any more then.
+    [[nodiscard]] bool isOver() const { return isOvertaken() || DeviceDetectedChanged; }
 
-    /// Whether another unit may stand where the one was whose settings the arrays hold. Nothing may
-    /// be written then.
-    [[nodiscard]] bool unitChanged() const { return overtaken() || DeviceDetectedChanged; }
-
-    /// The unit has not taken or given something. When this run is over, look what it really holds.
+    /// The unit has not taken or given something.
     void noteFailure() { m_hasFailed = true; }
 
 private:
+    [[nodiscard]] bool isOvertaken() const { return m_window.m_runs != m_number; }
+
     MainWindowViewController &m_window;
     const int m_number;
+    const bool m_looksAgain;
     bool m_hasFailed = false;
+};
+
+/// While it lives, settings are being sent: the Standard buttons and the restore item do nothing.
+class MainWindowViewController::Sending
+{
+public:
+    explicit Sending(MainWindowViewController &window)
+        : m_window(window)
+        , m_focus(window.focusWidget())
+    {
+        set(true);
+    }
+    Sending(const Sending &) = delete;
+    Sending &operator=(const Sending &) = delete;
+    ~Sending()
+    {
+        set(false);
+        if (m_focus && m_focus->isEnabled()) {
+            m_focus->setFocus(); // greying it has moved the focus on
+        }
+    }
+
+private:
+    void set(bool isSending)
+    {
+        m_window.m_isSending = isSending;
+        m_window.enableCommands();
+    }
+
+    MainWindowViewController &m_window;
+    const QPointer<QWidget> m_focus;
 };
 
 MainWindowViewController::MainWindowViewController(QWidget *parent)
@@ -181,17 +216,25 @@ void MainWindowViewController::disableRows()
         row.name->setEnabled(false);
         row.contents->hide();
         row.contents->clear();
-        row.standard->setEnabled(false);
         row.advanced->setEnabled(false);
     }
+    enableCommands();
 }
 
 void MainWindowViewController::enableRow(std::size_t row)
 {
     m_rows.at(row).name->setEnabled(true);
     m_rows.at(row).contents->show();
-    m_rows.at(row).standard->setEnabled(true);
     m_rows.at(row).advanced->setEnabled(false);
+    enableCommands();
+}
+
+void MainWindowViewController::enableCommands()
+{
+    m_ui->InitialStateToolStripMenuItem->setEnabled(isConnected && !m_isSending);
+    for (const PedalRow &row : m_rows) {
+        row.standard->setEnabled(row.name->isEnabled() && !m_isSending);
+    }
 }
 
 void MainWindowViewController::setWindowWidth(int width)
@@ -247,11 +290,14 @@ void MainWindowViewController::WritePedalContents()
 
 void MainWindowViewController::UpdateAppWindow()
 {
-    m_ui->InitialStateToolStripMenuItem->setEnabled(isConnected);
+    enableCommands();
     if (UnexpectedReply && std::exchange(m_mayDoubt, false)) {
         m_readAgain = true;
     }
-    if (!DeviceDetectedChanged && !InitialState && !m_readAgain) {
+    // Nothing but a change of units gets between the requests of a write or a restore.
+    InitialState = InitialState && !m_isSending;
+    const bool looksAgain = m_readAgain && !m_isSending && !plugNPlay.isReplyOwed();
+    if (!DeviceDetectedChanged && !InitialState && !looksAgain) {
         return;
     }
     // A timer does not fire again while its slot runs, but a fresh one does: this way the ticks go
@@ -260,6 +306,7 @@ void MainWindowViewController::UpdateAppWindow()
     if (DeviceDetectedChanged) {
         DeviceDetectedChanged = false;
         m_readAgain = false;
+        NumberOfPedals = 0; // until the unit has told it
         // A question about the unit that was there is no question about the next one.
         dismissQuestions(this);
         readUnit(MESSAGE_ON);
@@ -271,34 +318,31 @@ void MainWindowViewController::UpdateAppWindow()
     }
 }
 
+/// Reads all of the unit. Without `MessageOn` it is the second look after something has failed:
+/// what fails again stays as it is.
 void MainWindowViewController::readUnit(bool MessageOn)
 {
-    Run run(*this);
+    Run run(*this, MessageOn);
     InitializeControls();
     if (!DeviceDetected) {
         return;
     }
     m_ui->labelMainWindowExplanation->setText(toScreenText(SettingsExplanation));
-    const bool known = readVersion(MessageOn) && readNumberOfPedals(MessageOn);
-    if (run.overtaken()) {
+    const bool isRead = readVersion(MessageOn, run) && readNumberOfPedals(MessageOn, run) &&
+                        readPedals(MessageOn, run);
+    if (run.isOver()) {
         return;
     }
-    if (!known) {
+    if (!isRead) {
         InitializeControls();
-        return;
     }
-    applyLayout(pedalLayout(NumberOfPedals));
-    for (int pedal = 0; pedal < NumberOfPedals; ++pedal) {
-        if (!readPedal(pedal, MessageOn, run)) {
-            return;
-        }
-    }
-    m_mayDoubt = MessageOn;
+    m_mayDoubt = isRead && MessageOn;
 }
 
-bool MainWindowViewController::readVersion(bool MessageOn)
+bool MainWindowViewController::readVersion(bool MessageOn, Run &run)
 {
     if (plugNPlay.Communicate(GET_VERSION_NUMBER, MessageOn)) {
+        run.noteFailure();
         return false;
     }
     VersionNumberMajor = InputPacketBuffer[2];
@@ -308,12 +352,16 @@ bool MainWindowViewController::readVersion(bool MessageOn)
         alertBox(QStringLiteral("This version is not supported"));
         std::exit(0); // NOLINT(concurrency-mt-unsafe)
     }
-    return true;
+    return !run.isOver();
 }
 
-bool MainWindowViewController::readNumberOfPedals(bool MessageOn)
+bool MainWindowViewController::readNumberOfPedals(bool MessageOn, Run &run)
 {
     if (plugNPlay.Communicate(GET_NUMBER_OF_PEDALS, MessageOn)) {
+        run.noteFailure();
+        return false;
+    }
+    if (run.isOver()) {
         return false;
     }
     NumberOfPedals = InputPacketBuffer[2];
@@ -326,6 +374,17 @@ bool MainWindowViewController::readNumberOfPedals(bool MessageOn)
     return true;
 }
 
+bool MainWindowViewController::readPedals(bool MessageOn, Run &run)
+{
+    applyLayout(pedalLayout(NumberOfPedals));
+    for (int pedal = 0; pedal < NumberOfPedals; ++pedal) {
+        if (!readPedal(pedal, MessageOn, run)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// Returns false when the read must not go on.
 bool MainWindowViewController::readPedal(int pedal, bool MessageOn, Run &run)
 {
@@ -333,28 +392,19 @@ bool MainWindowViewController::readPedal(int pedal, bool MessageOn, Run &run)
     SelectedPedalNo = pedal;
     OutputPacketBuffer[1] = static_cast<std::uint8_t>(pedal);
     const bool failed = plugNPlay.Communicate(GET_OUTPUT_MODE_AND_DATA, MessageOn);
-    if (run.overtaken()) {
+    if (run.isOver()) {
         return false;
     }
-    if (failed && MessageOn == MESSAGE_OFF) {
-        // This was the second look already.
-        InitializeControls();
-        return false;
-    }
-    if (failed) {
-        // The row shows what the buffer happens to hold, until the unit is read again.
-        run.noteFailure();
-    }
+    // After a failure these are what the buffer happens to hold; the other pedals are worth more
+    // than a window that stays blank.
     OutputMode.at(row) = InputPacketBuffer[2];
     std::copy_n(InputPacketBuffer.begin() + 3, NUMBER_OF_COMMON_DATA, CommonData.at(row).begin());
-
-    const bool isBroken = OutputMode.at(row) == PLURAL_SIMULTANEOUS_KEY_OUTPUT &&
-                          readAdditionalData(plugNPlay, pedal, MessageOn);
-    if (run.overtaken()) {
-        return false;
+    const bool isSequence = !failed && OutputMode.at(row) == PLURAL_SIMULTANEOUS_KEY_OUTPUT;
+    const bool isBroken = isSequence && readAdditionalData(plugNPlay, pedal, MessageOn);
+    if (failed || isBroken) {
+        run.noteFailure();
     }
-    if (isBroken) {
-        InitializeControls();
+    if (isBroken || run.isOver()) {
         return false;
     }
     SelectedPedalNo = pedal; // the user may have opened another pedal's dialog meanwhile
@@ -367,6 +417,9 @@ bool MainWindowViewController::readPedal(int pedal, bool MessageOn, Run &run)
 
 void MainWindowViewController::openStandardDialog(int pedal)
 {
+    if (m_isSending || StandardSettingDialogOpen) {
+        return;
+    }
     const PedalRow &row = m_rows.at(static_cast<std::size_t>(pedal));
     row.standard->setEnabled(false);
     SettingEnabled = false;
@@ -386,22 +439,24 @@ void MainWindowViewController::SetPedal2Advanced_clicked()
 
 void MainWindowViewController::SettingDialog_OK()
 {
-    if (!SettingEnabled) {
+    if (!SettingEnabled || m_isSending) {
         return;
     }
+    const QString pedalName = PedalName; // another pedal may be selected meanwhile
     WritePedalContents();
     if (sendSelectedPedal()) {
         alertBox(
-            QStringLiteral("The settings of the %1 have finished successfully.").arg(PedalName));
+            QStringLiteral("The settings of the %1 have finished successfully.").arg(pedalName));
     }
 }
 
 bool MainWindowViewController::sendSelectedPedal()
 {
+    const Sending sending(*this);
     Run run(*this);
     fillSetOutputModeAndData(SelectedPedalNo);
     // The Advanced dialog stays open when its unit goes; the next one may have fewer pedals.
-    const bool isGone = run.unitChanged() || SelectedPedalNo >= NumberOfPedals;
+    const bool isGone = run.isOver() || SelectedPedalNo >= NumberOfPedals;
     bool failed = isGone || plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON);
     if (!failed) {
         fillSetParameters();
@@ -419,11 +474,7 @@ bool MainWindowViewController::sendSelectedPedal()
 void MainWindowViewController::restoreInitialSettings()
 {
     InitialState = false;
-    const Answer answer = askQuestion(RestoreQuestion, this);
-    if (answer == Answer::Cancel) {
-        logLine(QStringLiteral("Canceled"));
-    }
-    if (answer != Answer::Ok) {
+    if (!isRestoreWanted()) {
         return;
     }
     logLine(QStringLiteral("The selected Kavelo is returning to the initial state in time of "
@@ -440,13 +491,24 @@ void MainWindowViewController::restoreInitialSettings()
                              "be restored to the initial settings."));
 }
 
+bool MainWindowViewController::isRestoreWanted()
+{
+    const Sending sending(*this); // it is about to
+    const Answer answer = askQuestion(RestoreQuestion, this);
+    if (answer == Answer::Cancel) {
+        logLine(QStringLiteral("Canceled"));
+    }
+    return answer == Answer::Ok;
+}
+
 /// Returns whether the unit has taken the timing parameters, which close a restore.
 bool MainWindowViewController::sendFactorySettings()
 {
+    const Sending sending(*this);
     Run run(*this);
     const int pedals = NumberOfPedals;
     // The user has agreed to restore this unit, not one that comes in its place.
-    for (int pedal = 0; pedal < pedals && !run.unitChanged(); ++pedal) {
+    for (int pedal = 0; pedal < pedals && !run.isOver(); ++pedal) {
         SelectedPedalNo = pedal;
         applyFactorySetting(pedal);
         WritePedalContents();
@@ -457,7 +519,7 @@ bool MainWindowViewController::sendFactorySettings()
         }
     }
     fillSetParameters();
-    const bool failed = run.unitChanged() || plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
+    const bool failed = run.isOver() || plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
     if (failed) {
         InitializeControls();
         run.noteFailure();

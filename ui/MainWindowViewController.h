@@ -87,6 +87,7 @@ private:
         QPushButton *advanced;
     };
     class Run;
+    class Sending;
 
     void viewDidLoad();
     void viewDidAppear();
@@ -95,15 +96,18 @@ private:
     void applyLayout(const MainWindowLayout &layout);
     void disableRows();
     void enableRow(std::size_t row);
+    void enableCommands();
 
     void readUnit(bool MessageOn);
-    [[nodiscard]] bool readVersion(bool MessageOn);
-    [[nodiscard]] bool readNumberOfPedals(bool MessageOn);
+    [[nodiscard]] bool readVersion(bool MessageOn, Run &run);
+    [[nodiscard]] bool readNumberOfPedals(bool MessageOn, Run &run);
+    [[nodiscard]] bool readPedals(bool MessageOn, Run &run);
     [[nodiscard]] bool readPedal(int pedal, bool MessageOn, Run &run);
 
     void openStandardDialog(int pedal);
     [[nodiscard]] bool sendSelectedPedal();
     void restoreInitialSettings();
+    [[nodiscard]] bool isRestoreWanted();
     [[nodiscard]] bool sendFactorySettings();
 
     std::unique_ptr<Ui::MainWindowViewController> m_ui;
@@ -117,6 +121,8 @@ private:
     /// The last run has read the unit and nothing has spoken against what it read. Makes sure that
     /// a unit that answers too often is not read over and over.
     bool m_mayDoubt = false;
+    /// Settings are being sent, or the user is asked whether to.
+    bool m_isSending = false;
     bool m_appeared = false;
     bool m_closing = false;
 };

@@ -29,6 +29,7 @@ PedalSettingDialog::PedalSettingDialog(MainWindowViewController &presenter)
     : QDialog(&presenter)
     , m_presenter(presenter)
     , m_pedal(SelectedPedalNo)
+    , m_pedalName(PedalName)
 {
 }
 
@@ -42,6 +43,19 @@ void PedalSettingDialog::present()
         setTabStops(*this);
         open();
     }
+}
+
+void PedalSettingDialog::reject()
+{
+    if (isEnabled()) {
+        QDialog::reject();
+    }
+}
+
+void PedalSettingDialog::selectPedal()
+{
+    SelectedPedalNo = m_pedal;
+    PedalName = m_pedalName;
 }
 
 void PedalSettingDialog::done(int result)
@@ -65,6 +79,7 @@ void PedalSettingDialog::done(int result)
 void PedalSettingDialog::sendAndDismiss()
 {
     const QPointer<PedalSettingDialog> self = this;
+    setEnabled(false); // one write is enough, and it is not to be cancelled half way
     m_presenter.SettingDialog_OK();
     if (self) {
         dismiss();

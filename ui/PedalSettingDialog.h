@@ -26,6 +26,8 @@ public:
 
     /// The one way out, whatever closes the dialog.
     void done(int result) override;
+    /// The user's way out by Escape or by the window's frame; closed while the dialog writes.
+    void reject() override;
 
 protected:
     virtual void viewDidLoad() = 0;
@@ -34,6 +36,8 @@ protected:
     [[nodiscard]] virtual bool isTakenDown() const { return false; }
 
     void dismiss() { done(Rejected); }
+    /// Makes the dialog's pedal the selected one again.
+    void selectPedal();
     /// Sends the record that has been built and dismisses the dialog, whatever came of it. Waits
     /// for the unit.
     void sendAndDismiss();
@@ -52,6 +56,7 @@ private:
 
     MainWindowViewController &m_presenter;
     const int m_pedal;
+    const QString m_pedalName;
     bool m_dismissed = false;
 };
 

@@ -225,6 +225,9 @@ void SettingDialogViewController::askAboutSettingBeyondStandard()
             dismiss();
         }
     }
+    if (self) {
+        UpdateAppWindow2(); // the unit may have gone meanwhile
+    }
 }
 
 // Dismissal
@@ -333,10 +336,7 @@ void SettingDialogViewController::Change_buttonProgramKavelo_Enabled()
 
 void SettingDialogViewController::buttonProgramKavelo_Click()
 {
-    // One write is enough: nothing can be chosen or pressed while the unit is being waited for.
-    m_ui->buttonProgramKavelo->setEnabled(false);
-    m_ui->tabcontrolOutputMode->setEnabled(false);
-    SelectedPedalNo = pedal();
+    selectPedal();
     if (m_ui->tabcontrolOutputMode->currentWidget() == m_ui->Tab_Mouse) {
         buildMouseRecord();
     } else {
