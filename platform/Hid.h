@@ -51,7 +51,9 @@ public:
                                              InputReportCallback callback, void *context) = 0;
 
     /// Sends one output report with report ID 0 and returns whether it went out. False also means
-    /// a device that is gone or that can't be opened. Never waits for a reply.
+    /// a device that is gone, that may not be opened, or that another program uses; once the latter
+    /// two are over, the manager announces the removal of this device and the arrival of a new one.
+    /// Never waits for a reply.
     [[nodiscard]] virtual bool setReport(std::span<const std::uint8_t, ReportSize> report) = 0;
 };
 
@@ -71,8 +73,8 @@ public:
     /// Sets what to look for. Called once, before open().
     virtual void setDeviceMatching(const Matching &matching) = 0;
 
-    /// Starts looking. False when the system's device list can't be had; the manager then simply
-    /// finds no device.
+    /// Starts looking. False when the system's device list can't be had, or not followed; the
+    /// manager then says so on standard error and tries again.
     virtual bool open() = 0;
 
     /// The matching devices that are present now, in the order in which they were found. The same

@@ -1,6 +1,7 @@
 #include "HidrawDevice.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -69,17 +70,19 @@ bool HidrawDevice::setReport(std::span<const std::uint8_t, ReportSize> report)
     return sent == std::ssize(message);
 }
 
-bool HidrawDevice::openAfterFailure()
+bool HidrawDevice::isPresent() const
 {
-    return m_openFailed && !m_file && ensureOpen();
+    return ::access(m_syspath.c_str(), F_OK) == 0;
+}
+
+bool HidrawDevice::isNoLongerRefused()
+{
+    return m_refused && openForUsAlone();
 }
 
 void HidrawDevice::retire()
 {
     m_retired = true;
-    m_callback = nullptr;
-    m_buffer = {};
-    m_context = nullptr;
     m_notifier.reset();
     m_file.reset();
 }
@@ -89,36 +92,55 @@ bool HidrawDevice::ensureOpen()
     if (m_file) {
         return true;
     }
-    if (m_retired) {
+    if (m_retired || m_refused) {
         return false;
     }
-    FileDescriptor file(
-        uninterrupted([this] { return ::open(m_node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC); }));
-    if (!file) {
-        reportOpenFailure(errno);
+    m_file = openForUsAlone();
+    if (!m_file) {
         return false;
     }
-    // The kernel gives a node's name to the next device once this one is gone. Its directory under
-    // /sys is never given twice, so while that stands the node was this device's.
-    if (::access(m_syspath.c_str(), F_OK) != 0) {
-        return false;
-    }
-    m_file = std::move(file);
     m_notifier = std::make_unique<QSocketNotifier>(m_file.get(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &HidrawDevice::readReports);
     return true;
 }
 
-void HidrawDevice::reportOpenFailure(int error)
+FileDescriptor HidrawDevice::openForUsAlone()
 {
-    if (std::exchange(m_openFailed, true)) {
-        return;
+    FileDescriptor file(
+        uninterrupted([this] { return ::open(m_node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC); }));
+    if (!file) {
+        const int error = errno;
+        refuse(std::generic_category().message(error) +
+               (isPermissionError(error)
+                    ? "; install the udev rule 70-kavelo.rules and plug the unit in again"
+                    : ""));
+        return {};
     }
-    const std::string reason = std::generic_category().message(error);
-    const char *cure = isPermissionError(error)
-                           ? "; install the udev rule 70-kavelo.rules and plug the unit in again"
-                           : "";
-    std::fprintf(stderr, "kavelo: cannot open %s: %s%s\n", m_node.c_str(), reason.c_str(), cure);
+    // The kernel gives a node's name to the next device once this one is gone. Its directory under
+    // /sys is never given twice, so while that stands the node was this device's.
+    if (!isPresent()) {
+        return {};
+    }
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        refuse("another program uses it; this one takes over when that has let go");
+        return {};
+    }
+    // What came in before the lock was ours may be a reply to the other program.
+    Report dropped = {};
+    for (int i = 0; i < ReportsPerWakeUp; ++i) {
+        if (::read(file.get(), dropped.data(), dropped.size()) <= 0) {
+            break;
+        }
+    }
+    return file;
+}
+
+void HidrawDevice::refuse(const std::string &reason)
+{
+    if (!std::exchange(m_refused, true)) {
+        std::fprintf(stderr, "kavelo: cannot open %s: %s\n", m_node.c_str(), reason.c_str());
+    }
+    Q_EMIT refused();
 }
 
 void HidrawDevice::readReports()
@@ -143,7 +165,6 @@ bool HidrawDevice::readReport()
         return false;
     }
     if (received <= 0) {
-        retire();
         Q_EMIT gone();
         return false;
     }

@@ -7,14 +7,19 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <cstdio>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace kavelo::hid {
 namespace {
 
 constexpr const char *Subsystem = "hidraw";
+
+constexpr std::chrono::milliseconds RetryPeriod{500};
 
 /// Most bytes of a report descriptor; the kernel takes no longer one.
 constexpr qint64 MaximumDescriptorSize = 4096;
@@ -49,6 +54,13 @@ QByteArray readDescriptor(udev_device *hidDevice)
 
 } // namespace
 
+HidrawManager::HidrawManager()
+{
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(RetryPeriod);
+    connect(&m_retry, &QTimer::timeout, this, &HidrawManager::rescan);
+}
+
 HidrawManager::~HidrawManager()
 {
     for (const HidrawDeviceRef &device : m_set.devices()) {
@@ -67,8 +79,7 @@ bool HidrawManager::open()
         return true;
     }
     m_udev.reset(udev_new());
-    // Listening comes first: a device that arrives in between is seen twice and counted once.
-    return m_udev && startMonitor() && enumerate();
+    return m_udev && rescan();
 }
 
 std::vector<DeviceRef> HidrawManager::copyDevices()
@@ -86,15 +97,37 @@ void HidrawManager::registerDeviceRemovalCallback(DeviceCallback callback, void 
     m_set.registerRemovalCallback(callback, context);
 }
 
+/// Brings the set up to date without the help of events.
+bool HidrawManager::rescan()
+{
+    const std::vector<HidrawDeviceRef> known = m_set.devices();
+    for (const HidrawDeviceRef &device : known) {
+        // Whoever was refused gets the device as a new one.
+        if (!device->isPresent() || device->isNoLongerRefused()) {
+            remove(device);
+        }
+    }
+    // Listening comes first: a device that arrives in between is seen twice and counted once.
+    if (!m_monitor && !startMonitor()) {
+        complain("cannot listen to udev", errno);
+    }
+    const bool isComplete = enumerate();
+    if (!isComplete) {
+        complain("cannot list the devices", errno);
+    }
+    return m_monitor && isComplete;
+}
+
 bool HidrawManager::startMonitor()
 {
     // The events that udev sends on, after it has set the node's permissions, not the kernel's.
-    m_monitor.reset(udev_monitor_new_from_netlink(m_udev.get(), "udev"));
-    if (!m_monitor ||
-        udev_monitor_filter_add_match_subsystem_devtype(m_monitor.get(), Subsystem, nullptr) < 0 ||
-        udev_monitor_enable_receiving(m_monitor.get()) < 0) {
+    UdevMonitor monitor(udev_monitor_new_from_netlink(m_udev.get(), "udev"));
+    if (!monitor ||
+        udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), Subsystem, nullptr) < 0 ||
+        udev_monitor_enable_receiving(monitor.get()) < 0) {
         return false;
     }
+    m_monitor = std::move(monitor);
     m_monitorNotifier = std::make_unique<QSocketNotifier>(udev_monitor_get_fd(m_monitor.get()),
                                                           QSocketNotifier::Read);
     connect(m_monitorNotifier.get(), &QSocketNotifier::activated, this,
@@ -131,10 +164,12 @@ void HidrawManager::receiveEvents()
     case EINVAL: // a message that makes no sense; it is taken from the queue
         break;
     case ENOBUFS: // events were lost
-        enumerate();
+        rescan();
         break;
-    default: // it stays readable for ever and would keep the event loop from sleeping
-        m_monitorNotifier->setEnabled(false);
+    default: // it may stay readable for ever and keep the event loop from sleeping
+        complain("cannot listen to udev", errno);
+        m_monitorNotifier.reset();
+        m_monitor.reset();
     }
 }
 
@@ -145,20 +180,12 @@ void HidrawManager::takeEvent(udev_device *event)
     if (!action || !syspath) {
         return;
     }
-    const HidrawDeviceRef known = find(syspath);
-    if (action == std::string_view("remove")) {
-        remove(syspath);
-    } else if (!known) {
-        // Only "add" brings a device. After a removal that a read error gave away, what else is
-        // said about the node must not bring it back.
-        if (action == std::string_view("add")) {
-            add(event);
-        }
-    } else if (known->openAfterFailure()) {
-        // udev has only now given the permission: it was still at work when the device was found,
-        // or the rule came later. Whoever was refused gets the device as a new one.
-        remove(syspath);
+    // Only "add" brings a device. After a removal that a read error gave away, what else is said
+    // about the node must not bring it back.
+    if (action == std::string_view("add")) {
         add(event);
+    } else if (action == std::string_view("remove")) {
+        remove(find(syspath));
     }
 }
 
@@ -191,16 +218,28 @@ void HidrawManager::add(udev_device *node)
         return;
     }
     const auto device = std::make_shared<HidrawDevice>(syspath, file);
-    connect(device.get(), &HidrawDevice::gone, this, [this, syspath] { remove(syspath); });
+    connect(device.get(), &HidrawDevice::gone, this, [this, syspath] { remove(find(syspath)); });
+    connect(device.get(), &HidrawDevice::refused, this, [this] { m_retry.start(); });
     m_set.add(device);
 }
 
-void HidrawManager::remove(std::string_view syspath)
+/// Nothing happens when `device` is null.
+void HidrawManager::remove(const HidrawDeviceRef &device)
 {
-    if (const HidrawDeviceRef device = find(syspath)) {
+    if (device) {
         device->retire();
         m_set.remove(device);
     }
+}
+
+/// Says the first trouble with udev and sees to it that the manager goes on.
+void HidrawManager::complain(const char *what, int error)
+{
+    if (!std::exchange(m_complained, true)) {
+        const std::string reason = std::generic_category().message(error);
+        std::fprintf(stderr, "kavelo: %s: %s\n", what, reason.c_str());
+    }
+    m_retry.start();
 }
 
 std::unique_ptr<Manager> createManager()

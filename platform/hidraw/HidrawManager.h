@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <cstdint>
 #include <memory>
@@ -21,7 +22,7 @@ class HidrawManager : public QObject, public Manager
     Q_OBJECT
 
 public:
-    HidrawManager() = default;
+    HidrawManager();
     HidrawManager(const HidrawManager &) = delete;
     HidrawManager &operator=(const HidrawManager &) = delete;
     /// Devices that are still referred to are at their end: sending to them fails.
@@ -36,6 +37,7 @@ public:
 private:
     using HidrawDeviceRef = std::shared_ptr<HidrawDevice>;
 
+    bool rescan();
     bool startMonitor();
     bool enumerate();
     void receiveEvents();
@@ -44,13 +46,17 @@ private:
     /// Null for a node that is not in the set.
     [[nodiscard]] HidrawDeviceRef find(std::string_view syspath) const;
     void add(udev_device *node);
-    void remove(std::string_view syspath);
+    void remove(const HidrawDeviceRef &device);
+    void complain(const char *what, int error);
 
     Matching m_matching;
     Udev m_udev;
     UdevMonitor m_monitor;
     std::unique_ptr<QSocketNotifier> m_monitorNotifier;
     DeviceSet<HidrawDevice> m_set;
+    /// Runs only while a node is refused or udev does not work: what ends that is no event.
+    QTimer m_retry{this};
+    bool m_complained = false;
 };
 
 } // namespace kavelo::hid

@@ -1,49 +1,36 @@
+#include "FileDescriptor.h"
 #include "Hid.h"
 #include "MockBus.h"
-#include "RunLoop.h"
 
 #include <gtest/gtest.h>
 
 #include <QAbstractEventDispatcher>
-#include <QCoreApplication>
-#include <QDeadlineTimer>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
 
+#include <fcntl.h>
 #include <linux/capability.h>
+#include <linux/netlink.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <functional>
 #include <numeric>
-#include <random>
 #include <tuple>
+#include <utility>
 
 namespace kavelo::test {
 namespace {
 
 using hid::DeviceRef;
 using hid::Report;
-using namespace std::chrono_literals;
 
 constexpr hid::Matching TheUnit = {0x1209, 0x0001, 0xFF00};
-
-const Bytes KeyboardDescriptor = {0x05, 0x01, 0x09, 0x06, 0xA1, 0x01, 0xC0};
-
-Bytes joined(Bytes first, const Bytes &second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
-
-Bytes randomBytes(std::size_t size)
-{
-    std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same bytes every time
-    Bytes bytes(size);
-    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random()); });
-    return bytes;
-}
 
 Report reportOf(std::uint8_t first)
 {
@@ -55,11 +42,37 @@ Report reportOf(std::uint8_t first)
 /// Runs the event loop until `holds`, or for so long that something must be wrong.
 bool waitUntil(const std::function<bool()> &holds)
 {
-    const QDeadlineTimer deadline(20s);
-    while (!holds() && !deadline.hasExpired()) {
-        runEventLoop(100ms);
+    return QTest::qWaitFor(holds, 20000);
+}
+
+/// The one datagram socket of the process: the one that udev's events come through.
+int monitorDescriptor()
+{
+    int type = 0;
+    socklen_t size = sizeof(type);
+    int fd = 1000;
+    while (fd >= 0 &&
+           (::getsockopt(fd, SOL_SOCKET, SO_TYPE, &type, &size) != 0 || type != SOCK_DGRAM)) {
+        --fd;
     }
-    return holds();
+    return fd;
+}
+
+/// A socket like udev's that has lost messages for want of room, which its reader is yet to learn.
+int overflowedSocket()
+{
+    const int overflowed = ::socket(AF_NETLINK, SOCK_RAW | SOCK_NONBLOCK, NETLINK_USERSOCK);
+    const FileDescriptor sender(::socket(AF_NETLINK, SOCK_RAW, NETLINK_USERSOCK));
+    const int room = 1;
+    ::setsockopt(overflowed, SOL_SOCKET, SO_RCVBUF, &room, sizeof(room));
+    sockaddr_nl group = {.nl_family = AF_NETLINK, .nl_pad = 0, .nl_pid = 0, .nl_groups = 1};
+    const auto *address = reinterpret_cast<const sockaddr *>(&group);
+    ::bind(overflowed, address, sizeof(group));
+    for (int i = 0; i < 10; ++i) {
+        const Bytes message(1000);
+        ::sendto(sender.get(), message.data(), message.size(), 0, address, sizeof(group));
+    }
+    return overflowed;
 }
 
 /// While it lives, root has to keep to the permissions of files like anybody else.
@@ -88,12 +101,25 @@ class Hidraw : public testing::Test
 protected:
     void start()
     {
-        manager = hid::createManager();
-        manager->setDeviceMatching(TheUnit);
-        ASSERT_TRUE(manager->open());
-        manager->registerDeviceRemovalCallback(&Hidraw::removal, this);
+        manager.reset();
+        manager = openManager();
+        manager->registerDeviceRemovalCallback(&Hidraw::take<&Hidraw::removals>, this);
     }
-    void followArrivals() { manager->registerDeviceMatchingCallback(&Hidraw::arrival, this); }
+    static std::unique_ptr<hid::Manager> openManager()
+    {
+        auto opened = hid::createManager();
+        opened->setDeviceMatching(TheUnit);
+        EXPECT_TRUE(opened->open());
+        return opened;
+    }
+    [[nodiscard]] QTimer &retryTimer() const
+    {
+        return *dynamic_cast<QObject &>(*manager).findChild<QTimer *>();
+    }
+    void followArrivals()
+    {
+        manager->registerDeviceMatchingCallback(&Hidraw::take<&Hidraw::arrivals>, this);
+    }
     void listen(const DeviceRef &source)
     {
         source->registerInputReportCallback(buffer(), &Hidraw::input, this);
@@ -107,10 +133,13 @@ protected:
         device = manager->copyDevices().front();
         listen(device);
     }
-    /// Runs the event loop until nothing is left of what the bus has sent so far.
+    /// Runs the event loop until nothing is left of what the bus has sent so far. A descriptor that
+    /// keeps the loop from sleeping fails the test.
     static void settle()
     {
+        int turns = 0;
         while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
+            ASSERT_LT(++turns, 10000);
         }
     }
     std::span<std::uint8_t, hid::ReportSize> buffer()
@@ -118,14 +147,11 @@ protected:
         return std::span(guarded).subspan<hid::ReportSize, hid::ReportSize>();
     }
 
-    static void arrival(void *context, const DeviceRef &arrived)
+    template <std::vector<DeviceRef> Hidraw::*List>
+    static void take(void *context, const DeviceRef &told)
     {
-        static_cast<Hidraw *>(context)->arrivals.push_back(arrived);
+        (static_cast<Hidraw *>(context)->*List).push_back(told);
         static_cast<Hidraw *>(context)->afterCallback();
-    }
-    static void removal(void *context, const DeviceRef &removed)
-    {
-        static_cast<Hidraw *>(context)->removals.push_back(removed);
     }
     static void input(void *context, std::span<const std::uint8_t> report)
     {
@@ -155,13 +181,13 @@ TEST_F(Hidraw, FindsExactlyTheMatchingDevices)
     };
     const std::vector<Case> cases = {
         {"the unit", {}, true},
-        {"vendor page second", {.descriptor = joined(KeyboardDescriptor, unitDescriptor())}, true},
-        {"its keyboard interface", {.descriptor = KeyboardDescriptor}, false},
+        {"vendor page second",
+         {.descriptor = {0x05, 1, 0xA1, 1, 0xC0, 0x06, 0x00, 0xFF, 0xA1, 1}},
+         true},
+        {"its keyboard interface", {.descriptor = {0x05, 1, 0x09, 6, 0xA1, 1, 0xC0}}, false},
+        {"another node of it", {.subsystem = QStringLiteral("input")}, false},
         {"another vendor", {.vendorId = 0x1208}, false},
         {"another product", {.productId = 0x0002}, false},
-        {"no descriptor", {.descriptor = {}}, false},
-        {"truncated descriptor", {.descriptor = {0x06, 0x00, 0xFF, 0x09, 0x01, 0xA1}}, false},
-        {"random descriptor", {.descriptor = randomBytes(4096)}, false},
     };
     for (const Case &row : cases) {
         SCOPED_TRACE(row.name);
@@ -171,6 +197,8 @@ TEST_F(Hidraw, FindsExactlyTheMatchingDevices)
         bus.unplug(atStart);
         settle();
         EXPECT_EQ(manager->copyDevices().size(), 0U);
+        EXPECT_EQ(removals.size(), row.found ? 1U : 0U);
+        removals.clear();
 
         followArrivals();
         const std::string later = bus.plug(row.options);
@@ -178,52 +206,10 @@ TEST_F(Hidraw, FindsExactlyTheMatchingDevices)
         EXPECT_EQ(manager->copyDevices(), arrivals);
         EXPECT_EQ(arrivals.size(), row.found ? 1U : 0U) << "plugged in later";
         bus.unplug(later);
+        settle();
         arrivals.clear();
+        removals.clear();
     }
-}
-
-TEST_F(Hidraw, DeliversThroughTheEventLoopAndEachDeviceOnce)
-{
-    startWithUnit();
-    followArrivals();
-    EXPECT_TRUE(arrivals.empty());
-    EXPECT_EQ(manager->copyDevices().front(), device);
-    for (const char *action : {"add", "bind", "change", "add"}) {
-        bus.sendEvent(node, action);
-    }
-    settle();
-    EXPECT_EQ(arrivals, std::vector{device});
-    EXPECT_EQ(manager->copyDevices(), std::vector{device});
-}
-
-TEST_F(Hidraw, SecondUnitWaitsUntilTheFirstGoes)
-{
-    startWithUnit();
-    manager->registerDeviceMatchingCallback(nullptr, nullptr);
-    bus.plug({.number = 901});
-    settle();
-    ASSERT_EQ(manager->copyDevices().size(), 2U);
-    const DeviceRef second = manager->copyDevices().back();
-    EXPECT_EQ(manager->copyDevices().front(), device);
-    EXPECT_TRUE(arrivals.empty());
-
-    bus.unplug(node);
-    ASSERT_TRUE(waitUntil([&] { return !removals.empty(); }));
-    EXPECT_EQ(removals, std::vector{device});
-    followArrivals();
-    ASSERT_TRUE(waitUntil([&] { return !arrivals.empty(); }));
-    EXPECT_EQ(arrivals, std::vector{second});
-    EXPECT_TRUE(second->setReport(Report{}));
-}
-
-TEST_F(Hidraw, ReportsTheRemovalOfADeviceThatNobodyOpened)
-{
-    node = bus.plug();
-    start();
-    bus.unplug(node);
-    settle();
-    EXPECT_EQ(removals.size(), 1U);
-    EXPECT_TRUE(manager->copyDevices().empty());
 }
 
 TEST_F(Hidraw, ADeadNodeIsARemovalAtOnceAndOnlyOnce)
@@ -272,10 +258,6 @@ TEST_F(Hidraw, TheSameNodePluggedAgainIsANewDevice)
     EXPECT_FALSE(device->setReport(reportOf(1)));
     EXPECT_TRUE(again->setReport(reportOf(2)));
     EXPECT_EQ(bus.writes(node).size(), 1U);
-    bus.queueReport(node, reportOf(3));
-    listen(again);
-    ASSERT_TRUE(waitUntil([&] { return !reports.empty(); }));
-    EXPECT_TRUE(std::ranges::equal(buffer(), reportOf(3)));
 }
 
 TEST_F(Hidraw, NeverOpensANodeThatNowBelongsToAnotherDevice)
@@ -290,38 +272,23 @@ TEST_F(Hidraw, NeverOpensANodeThatNowBelongsToAnotherDevice)
     EXPECT_TRUE(bus.writes(node).empty());
 }
 
-TEST_F(Hidraw, TakesABurstInOrder)
-{
-    startWithUnit();
-    constexpr int Count = 200;
-    for (int i = 0; i < Count; ++i) {
-        bus.queueReport(node, reportOf(static_cast<std::uint8_t>(i)));
-    }
-    ASSERT_TRUE(waitUntil([&] { return reports.size() == Count; }));
-    for (int i = 0; i < Count; ++i) {
-        const Report expected = reportOf(static_cast<std::uint8_t>(i));
-        EXPECT_TRUE(std::ranges::equal(reports[static_cast<std::size_t>(i)], expected)) << i;
-    }
-}
-
 TEST_F(Hidraw, WritesOnlyTheReportsBytesAndNeverMoreThanSixteen)
 {
     startWithUnit();
-    guarded.fill(0xC5);
-    const auto untouched = guarded;
     for (const std::size_t size : {1U, 15U, 16U, 17U, 64U}) {
         SCOPED_TRACE(size);
-        guarded = untouched;
+        guarded.fill(0xC5);
         reports.clear();
-        const Bytes report = randomBytes(size);
+        Bytes report(size);
+        std::iota(report.begin(), report.end(), std::uint8_t{1});
         bus.queueReport(node, report);
         ASSERT_TRUE(waitUntil([&] { return !reports.empty(); }));
-        const auto kept = static_cast<std::ptrdiff_t>(std::min(size, hid::ReportSize));
-        const Bytes expected(report.begin(), report.begin() + kept);
-        EXPECT_EQ(reports, std::vector<Bytes>{expected});
-        auto whole = untouched;
-        std::ranges::copy(expected, whole.begin() + hid::ReportSize);
-        EXPECT_EQ(guarded, whole);
+        report.resize(std::min(size, hid::ReportSize));
+        EXPECT_EQ(reports, std::vector<Bytes>{report});
+        auto expected = decltype(guarded)();
+        expected.fill(0xC5);
+        std::ranges::copy(report, expected.begin() + hid::ReportSize);
+        EXPECT_EQ(guarded, expected);
     }
 }
 
@@ -334,8 +301,9 @@ TEST_F(Hidraw, SaysWhetherAReportWentOut)
         bus.setWriteResult(node, error, missing);
         EXPECT_EQ(device->setReport(reportOf(7)), sent) << error << ' ' << missing;
     }
-    const Report report = reportOf(7);
-    EXPECT_EQ(bus.writes(node).front(), joined({0}, Bytes(report.begin(), report.end())));
+    Bytes expected(1 + hid::ReportSize);
+    std::iota(expected.begin() + 1, expected.end(), std::uint8_t{7});
+    EXPECT_EQ(bus.writes(node).front(), expected);
     EXPECT_EQ(manager->copyDevices(), std::vector{device});
 }
 
@@ -385,16 +353,13 @@ TEST_F(Hidraw, AnArrivalIsNotDeliveredForADeviceThatIsGoneAgain)
     EXPECT_EQ(removals.size(), 1U);
 }
 
-TEST_F(Hidraw, AManagerCanGoWhileDeliveriesWait)
+TEST_F(Hidraw, AManagerCanGoWhileAnArrivalWaits)
 {
     startWithUnit();
     followArrivals();
-    bus.queueReport(node, reportOf(1));
     manager.reset();
     settle();
     EXPECT_TRUE(arrivals.empty());
-    EXPECT_TRUE(reports.empty());
-    EXPECT_FALSE(device->setReport(Report{}));
     listen(device);
     EXPECT_FALSE(device->setReport(Report{}));
 }
@@ -422,43 +387,56 @@ TEST_F(Hidraw, AManagerAndItsDeviceCanGoInsideACallback)
     }
 }
 
-TEST_F(Hidraw, ANodeWithoutPermissionStaysAndIsNamedOnce)
+TEST_F(Hidraw, ARefusedNodeIsNamedOnceAndComesAsANewDeviceWhenItCanBeOpened)
 {
-    for (const bool tellsUdev : {false, true}) {
-        SCOPED_TRACE(tellsUdev ? "cured, and udev says so" : "cured, noticed at the next use");
+    const WithoutFileOverride asAnyUser;
+    std::unique_ptr<hid::Manager> otherProgram;
+    struct Case
+    {
+        const char *reason;
+        std::function<void()> refuse;
+        std::function<void()> cure;
+    };
+    const std::array<Case, 2> cases = {{
+        {"Permission denied; install the udev rule 70-kavelo.rules",
+         [&] { bus.setPermitted(node, false); }, [&] { bus.setPermitted(node, true); }},
+        {"another program uses it",
+         [&] {
+             otherProgram = openManager();
+             EXPECT_TRUE(otherProgram->copyDevices().front()->setReport(Report{}));
+         },
+         [&] { otherProgram.reset(); }},
+    }};
+    for (const Case &row : cases) {
+        SCOPED_TRACE(row.reason);
         node = bus.plug();
+        row.refuse();
         start();
         followArrivals();
         settle();
         device = arrivals.back();
-        bus.setPermitted(node, false);
         testing::internal::CaptureStderr();
-        {
-            const WithoutFileOverride asAnyUser;
-            listen(device);
-            EXPECT_FALSE(device->setReport(Report{}));
-            bus.sendEvent(node, "change");
-            settle();
-        }
+        listen(device);
+        QSignalSpy retries(&retryTimer(), &QTimer::timeout);
+        EXPECT_TRUE(retries.wait());
         const std::string said = testing::internal::GetCapturedStderr();
+        EXPECT_TRUE(said.starts_with("kavelo: cannot open " + node + ": " + row.reason)) << said;
         EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;
-        for (const std::string &part :
-             {node, std::string("denied"), std::string("70-kavelo.rules")}) {
-            EXPECT_NE(said.find(part), std::string::npos) << said;
-        }
         EXPECT_EQ(manager->copyDevices(), std::vector{device});
 
-        bus.setPermitted(node, true);
-        EXPECT_EQ(!tellsUdev && device->setReport(Report{}), !tellsUdev);
-        bus.sendEvent(node, "change");
+        bus.queueReport(node, reportOf(1)); // for whoever was there before
+        row.cure();
+        EXPECT_FALSE(device->setReport(Report{}));
+        ASSERT_TRUE(waitUntil([&] { return !removals.empty(); }));
+        EXPECT_EQ(removals, std::vector{device});
         settle();
-        // Whoever was refused for good so far gets the device anew.
-        EXPECT_EQ(removals.size(), tellsUdev ? 1U : 0U);
         EXPECT_EQ(manager->copyDevices(), std::vector{arrivals.back()});
-        EXPECT_EQ(arrivals.back() != device, tellsUdev);
+        EXPECT_NE(arrivals.back(), device);
+        EXPECT_FALSE(retryTimer().isActive());
         listen(arrivals.back());
-        bus.queueReport(node, reportOf(4));
-        EXPECT_TRUE(waitUntil([&] { return !reports.empty(); }));
+        bus.queueReport(node, reportOf(2));
+        ASSERT_TRUE(waitUntil([&] { return !reports.empty(); }));
+        EXPECT_TRUE(std::ranges::equal(reports.front(), reportOf(2)));
         bus.unplug(node);
         settle();
         removals.clear();
@@ -466,20 +444,53 @@ TEST_F(Hidraw, ANodeWithoutPermissionStaysAndIsNamedOnce)
     }
 }
 
-TEST_F(Hidraw, SleepsWhileNothingHappensEvenOnADeadNode)
+TEST_F(Hidraw, FindsOutByItselfWhatUdevCouldNotTell)
 {
-    startWithUnit();
-    bus.cut(node);
-    ASSERT_TRUE(waitUntil([&] { return !removals.empty(); }));
-    int wakeUps = 0;
-    const QObject scope;
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &scope,
-                     [&] { ++wakeUps; });
-    const QDeadlineTimer deadline(300ms);
-    while (!deadline.hasExpired()) {
-        runEventLoop(100ms);
+    const auto notASocket = [] { return ::open("/dev/null", O_RDONLY); };
+    const std::array<std::pair<const char *, int (*)()>, 3> failures = {{
+        {"kavelo: cannot listen to udev: Socket operation on non-socket\n", notASocket},
+        {"", notASocket},
+        {"", overflowedSocket},
+    }};
+    start();
+    for (const auto &[expected, replacement] : failures) {
+        node = bus.plug();
+        ASSERT_TRUE(waitUntil([&] { return !manager->copyDevices().empty(); }));
+        device = manager->copyDevices().front();
+        bus.unplug(node);
+        node = bus.plug({.number = 901});
+        // With the socket go the two events that wait in it.
+        const FileDescriptor broken(replacement());
+        ASSERT_GE(::dup2(broken.get(), monitorDescriptor()), 0);
+        testing::internal::CaptureStderr();
+        EXPECT_TRUE(waitUntil([&] { return !removals.empty(); }));
+        settle();
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
+        EXPECT_EQ(removals, std::vector{device});
+        EXPECT_EQ(manager->copyDevices().size(), 1U);
+        EXPECT_FALSE(retryTimer().isActive());
+        bus.unplug(node);
+        settle();
+        removals.clear();
     }
-    EXPECT_LT(wakeUps, 50);
+}
+
+TEST_F(Hidraw, KeepsTryingWhenItCannotEvenBegin)
+{
+    node = bus.plug();
+    manager = hid::createManager();
+    manager->setDeviceMatching(TheUnit);
+    testing::internal::CaptureStderr();
+    rlimit before = {};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none = {0, before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_FALSE(manager->open());
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "kavelo: cannot listen to udev: Too many open files\n");
+    EXPECT_TRUE(waitUntil([&] { return !manager->copyDevices().empty(); }));
+    EXPECT_FALSE(retryTimer().isActive());
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 #include "MockBus.h"
 
 #include "FileDescriptor.h"
+#include "SimulatedUnit.h"
 
 #include <QByteArray>
+#include <QObject>
 #include <QString>
 
 #include <umockdev.h>
@@ -37,18 +39,6 @@ void require(bool holds, const char *what)
 
 } // namespace
 
-Bytes unitDescriptor()
-{
-    return {
-        0x06, 0x00, 0xFF,             // Usage Page (0xFF00)
-        0x09, 0x01, 0xA1, 0x01,       // Usage (1), Collection (Application)
-        0x15, 0x00, 0x26, 0xFF, 0x00, // Logical Minimum (0), Maximum (255)
-        0x75, 0x08, 0x95, 0x10,       // Report Size (8), Count (16)
-        0x09, 0x02, 0x81, 0x02,       // Usage (2), Input
-        0x09, 0x03, 0x91, 0x02, 0xC0, // Usage (3), Output, End Collection
-    };
-}
-
 struct MockBus::Bed
 {
     std::unique_ptr<UMockdevTestbed, Unref> testbed{umockdev_testbed_new()};
@@ -64,13 +54,11 @@ struct MockBus::Unit
         int master = -1;
         int slave = -1;
         std::array<char, 64> name = {};
-        require(::openpty(&master, &slave, name.data(), nullptr, nullptr) == 0, "openpty");
+        termios raw = {};
+        ::cfmakeraw(&raw);
+        require(::openpty(&master, &slave, name.data(), &raw, nullptr) == 0, "openpty");
         bell = FileDescriptor(master);
         const FileDescriptor end(slave);
-        termios raw = {};
-        ::tcgetattr(slave, &raw);
-        ::cfmakeraw(&raw);
-        ::tcsetattr(slave, TCSANOW, &raw);
         terminal = name.data();
         std::filesystem::create_directories(link.parent_path());
         std::filesystem::remove(link);
@@ -92,7 +80,9 @@ struct MockBus::Unit
     std::unique_ptr<UMockdevIoctlBase, Unref> handler{umockdev_ioctl_base_new()};
     std::vector<std::string> syspaths; ///< of the hidraw node and of its HID parent
     std::filesystem::path terminal;    ///< what the node is a link to
-    mutable std::mutex mutex;          ///< guards what follows
+    SimulatedUnit *firmware = nullptr;
+    QObject connection;       ///< of the firmware's replies
+    mutable std::mutex mutex; ///< guards what follows
     FileDescriptor bell;
     std::deque<Bytes> reports;
     std::vector<Bytes> writes;
@@ -107,22 +97,22 @@ gboolean MockBus::Unit::handleRead(UMockdevIoctlBase *, UMockdevIoctlClient *cli
         umockdev_ioctl_client_complete(client, -1, EIO);
         return TRUE;
     }
+    int error = 0; // the pty's byte is taken, or its absence is waited for or an error
+    const glong taken = umockdev_ioctl_client_execute(client, &error, nullptr);
     if (unit->reports.empty()) {
-        umockdev_ioctl_client_complete(client, -1, EAGAIN);
+        umockdev_ioctl_client_complete(client, taken, error);
         return TRUE;
     }
-    int error = 0;
-    umockdev_ioctl_client_execute(client, &error, nullptr); // takes the byte from the pty
     const Bytes report = unit->reports.front();
     unit->reports.pop_front();
     if (!unit->reports.empty()) {
         unit->ring();
     }
     UMockdevIoctlData *target = umockdev_ioctl_client_get_arg(client);
-    Bytes taken(report.begin(),
+    Bytes bytes(report.begin(),
                 report.begin() + std::min(std::ssize(report), std::ptrdiff_t{target->data_len}));
-    umockdev_ioctl_data_update(target, 0, taken.data(), static_cast<gint>(taken.size()));
-    umockdev_ioctl_client_complete(client, static_cast<glong>(taken.size()), 0);
+    umockdev_ioctl_data_update(target, 0, bytes.data(), static_cast<gint>(bytes.size()));
+    umockdev_ioctl_client_complete(client, static_cast<glong>(bytes.size()), 0);
     return TRUE;
 }
 
@@ -136,6 +126,13 @@ gboolean MockBus::Unit::handleWrite(UMockdevIoctlBase *, UMockdevIoctlClient *cl
     }
     const UMockdevIoctlData *source = umockdev_ioctl_client_get_arg(client);
     unit->writes.emplace_back(source->data, source->data + source->data_len);
+    if (unit->firmware) {
+        hid::Report request = {};
+        std::copy_n(source->data + 1, request.size(), request.begin());
+        QMetaObject::invokeMethod(
+            unit->firmware, [firmware = unit->firmware, request] { firmware->receive(request); },
+            Qt::QueuedConnection);
+    }
     umockdev_ioctl_client_complete(client, source->data_len - unit->missing, 0);
     return TRUE;
 }
@@ -159,6 +156,12 @@ std::string MockBus::plug(const PluggedDevice &options)
     gchar *root = umockdev_testbed_get_root_dir(m_bed->testbed.get());
     auto unit = std::make_unique<Unit>(root + node);
     g_free(root);
+    if (options.firmware) {
+        unit->firmware = options.firmware;
+        unit->firmware->setPowered(true);
+        QObject::connect(unit->firmware, &SimulatedUnit::inputReport, &unit->connection,
+                         [this, node](const hid::Report &reply) { queueReport(node, reply); });
+    }
 
     const auto number = QString::number(options.number);
     const auto vendor = QStringLiteral("%1").arg(options.vendorId, 4, 16, QLatin1Char('0'));
@@ -170,10 +173,10 @@ std::string MockBus::plug(const PluggedDevice &options)
                                 std::ssize(options.descriptor));
     const auto text = QStringLiteral("P: %1\nE: SUBSYSTEM=hid\nE: HID_ID=0003:0000%2:0000%3\n"
                                      "H: report_descriptor=%4\n\n"
-                                     "P: %5\nE: SUBSYSTEM=hidraw\nE: DEVNAME=%6\n"
+                                     "P: %5\nE: SUBSYSTEM=%8\nE: DEVNAME=%6\n"
                                      "E: MAJOR=240\nE: MINOR=%7\nA: dev=240:%7\n\n")
                           .arg(hid, vendor, product, QString::fromLatin1(descriptor.toHex()),
-                               hidraw, QString::fromStdString(node), number);
+                               hidraw, QString::fromStdString(node), number, options.subsystem);
     unit->syspaths = {"/sys" + hidraw.toStdString(), "/sys" + hid.toStdString()};
     UMockdevTestbed *testbed = m_bed->testbed.get();
     require(umockdev_testbed_attach_ioctl(testbed, node.c_str(), unit->handler.get(), nullptr),
@@ -187,7 +190,12 @@ std::string MockBus::plug(const PluggedDevice &options)
 void MockBus::unplug(const std::string &node)
 {
     cut(node);
-    announceRemoval(node);
+    sendEvent(node, "remove");
+    for (const std::string &path : m_units.at(node)->syspaths) {
+        umockdev_testbed_remove_device(m_bed->testbed.get(), path.c_str());
+    }
+    umockdev_testbed_detach_ioctl(m_bed->testbed.get(), node.c_str(), nullptr);
+    m_units.erase(node);
 }
 
 void MockBus::cut(const std::string &node)
@@ -195,17 +203,9 @@ void MockBus::cut(const std::string &node)
     Unit &unit = *m_units.at(node);
     const std::lock_guard lock(unit.mutex);
     unit.bell.reset();
-}
-
-void MockBus::announceRemoval(const std::string &node)
-{
-    const Unit &unit = *m_units.at(node);
-    sendEvent(node, "remove");
-    for (const std::string &path : unit.syspaths) {
-        umockdev_testbed_remove_device(m_bed->testbed.get(), path.c_str());
+    if (unit.firmware) {
+        unit.firmware->setPowered(false);
     }
-    umockdev_testbed_detach_ioctl(m_bed->testbed.get(), node.c_str(), nullptr);
-    m_units.erase(node);
 }
 
 void MockBus::sendEvent(const std::string &node, const char *action)

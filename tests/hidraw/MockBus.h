@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -8,21 +10,27 @@
 #include <string>
 #include <vector>
 
+namespace kavelo {
+class SimulatedUnit;
+}
+
 namespace kavelo::test {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A vendor interface of usage page 0xFF00 with unnumbered 16-byte reports in both directions.
-[[nodiscard]] Bytes unitDescriptor();
+/// One collection of usage page 0xFF00.
+inline const Bytes UnitDescriptor = {0x06, 0x00, 0xFF, 0x09, 0x01, 0xA1, 0x01, 0xC0};
 
 /// What is plugged in: by default the unit.
 struct PluggedDevice
 {
     std::uint16_t vendorId = 0x1209;
     std::uint16_t productId = 0x0001;
-    Bytes descriptor = unitDescriptor();
+    Bytes descriptor = UnitDescriptor;
     /// N of /dev/hidrawN; numbers that the machine itself surely does not use.
     int number = 900;
+    QString subsystem = QStringLiteral("hidraw");
+    SimulatedUnit *firmware = nullptr; ///< takes the node's requests and answers them
 };
 
 /// A USB bus with HID devices on it, as the program sees it: sysfs, udev events and hidraw nodes
@@ -38,11 +46,9 @@ public:
     /// Plugs a device in and returns its node. udev's event is out when this returns.
     std::string plug(const PluggedDevice &options = {});
 
-    /// Takes a device away. The two halves of unplug() are apart so that a test can look in
-    /// between: after cut() the node is dead, after announceRemoval() udev has said so.
+    /// Takes a device away. After cut() its node is dead, but udev has not said so yet.
     void unplug(const std::string &node);
     void cut(const std::string &node);
-    void announceRemoval(const std::string &node);
 
     /// Sends any other udev event about the node.
     void sendEvent(const std::string &node, const char *action);

@@ -1,103 +1,105 @@
+#include "BoxWatcher.h"
 #include "Footprint.h"
 #include "MainWindowViewController.h"
 #include "MockBus.h"
+#include "SimulatedUnit.h"
 
 #include <gtest/gtest.h>
 
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QScopedValueRollback>
 #include <QTest>
-#include <QTimer>
 
 #include <chrono>
 #include <memory>
 #include <string>
-#include <utility>
 
 namespace kavelo::test {
 namespace {
 
-/// What a unit of one pedal answers: version 2.1.0, one pedal, Shift and the key "a".
-Bytes replyTo(std::uint8_t command)
-{
-    switch (command) {
-    case GET_VERSION_NUMBER:
-        return {0, 0, 2, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-    case GET_NUMBER_OF_PEDALS:
-        return {0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-    default:
-        return {0, 0, SIMPLE_KEY_OUTPUT, 2, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-    }
-}
+constexpr std::size_t RequestsOfARead = 3; // of a unit with one pedal
 
-/// Answers the requests to a node in their order, as long as it lives.
-class Firmware
-{
-public:
-    Firmware(MockBus &bus, std::string node)
-        : m_bus(bus)
-        , m_node(std::move(node))
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] {
-            const std::vector<Bytes> writes = m_bus.writes(m_node);
-            if (m_answered < writes.size()) {
-                m_bus.queueReport(m_node, replyTo(writes[m_answered++][1]));
-            }
-        });
-        m_timer.start(1);
-    }
-
-    [[nodiscard]] std::size_t answered() const { return m_answered; }
-
-private:
-    MockBus &m_bus;
-    std::string m_node;
-    std::size_t m_answered = 0;
-    QTimer m_timer;
-};
-
-/// The main window on the mock bus.
+/// The main window and a unit of one pedal on the mock bus.
 class Product : public testing::Test
 {
 protected:
     explicit Product(std::chrono::milliseconds tickPeriod = TickPeriod)
         : tick(TickPeriod, tickPeriod)
     {
+        unit.memory().numberOfPedals = 1;
+    }
+
+    void openWindow()
+    {
         DeviceDetectedChanged = false;
         window = std::make_unique<MainWindowViewController>();
         window->show();
         text = window->findChild<QPlainTextEdit *>(QStringLiteral("textboxPedal0Contents"));
     }
+    static bool waitUntil(const std::function<bool()> &holds)
+    {
+        return QTest::qWaitFor(holds, 20000);
+    }
+    bool shows(const char *expected)
+    {
+        return waitUntil([&] { return text->toPlainText() == QLatin1String(expected); });
+    }
+    bool wasRead(std::size_t times)
+    {
+        return waitUntil([&] { return bus.writes(node).size() == times * RequestsOfARead; });
+    }
 
-    /// One stay of a unit on the bus.
+    /// One stay of the unit on the bus.
     void plugInAndOut()
     {
-        const auto shows = [&](const QString &expected) {
-            return QTest::qWaitFor([&] { return text->toPlainText() == expected; }, 20000);
-        };
-        const std::string node = bus.plug();
-        {
-            const Firmware firmware(bus, node);
-            EXPECT_TRUE(shows(QStringLiteral("[Set function] Key output\n[key] a\n"
-                                             "[Key explanation] Shift and this key will be an "
-                                             "uppercase A\n[Modifier] (left)shift")));
-            EXPECT_EQ(firmware.answered(), 3U);
-        }
+        node = bus.plug({.firmware = &unit});
+        EXPECT_TRUE(shows(Setting));
+        EXPECT_TRUE(wasRead(1));
         bus.unplug(node);
-        ASSERT_TRUE(shows(QString()));
+        ASSERT_TRUE(shows(""));
         EXPECT_FALSE(text->isVisible());
     }
 
+    static constexpr const char *Setting = "[Set function] Click\n[Button] Left";
+
     QScopedValueRollback<std::chrono::milliseconds> tick;
+    SimulatedUnit unit;
     MockBus bus;
+    std::string node;
+    BoxWatcher boxes;
     std::unique_ptr<MainWindowViewController> window;
     QPlainTextEdit *text = nullptr;
 };
 
 TEST_F(Product, ShowsAUnitOnHidrawAndBlanksTheWindowWhenItGoes)
 {
+    openWindow();
     plugInAndOut();
     plugInAndOut();
+}
+
+TEST_F(Product, KeepsItsUnitFromASecondProgramThatTakesItWhenTheFirstLetsGo)
+{
+    openWindow();
+    node = bus.plug({.firmware = &unit});
+    ASSERT_TRUE(shows(Setting));
+    QProcess other;
+    other.start(QStringLiteral(KAVELO_PROGRAM), {});
+    QByteArray said;
+    ASSERT_TRUE(waitUntil([&] {
+        return (said += other.readAllStandardError()).contains("another program uses it");
+    }));
+    EXPECT_TRUE(wasRead(1));
+
+    window.reset();
+    EXPECT_TRUE(wasRead(2));
+    openWindow();
+    EXPECT_TRUE(waitUntil([&] { return !boxes.messages().empty(); }));
+    EXPECT_EQ(boxes.messages(), QStringList(QStringLiteral("sending error")));
+    other.kill();
+    EXPECT_TRUE(shows(Setting));
+    EXPECT_TRUE(wasRead(3));
 }
 
 /// The parameter is the number of rounds.
@@ -112,6 +114,7 @@ protected:
 
 TEST_P(LongRun, PlugInsOnHidrawLeaveNothingBehind)
 {
+    openWindow();
     expectSteadyFootprint(*window, GetParam(), [this](int) { plugInAndOut(); });
 }
 
