@@ -483,7 +483,9 @@ TEST_F(Hidraw, KeepsTryingWhenItCannotEvenBegin)
     testing::internal::CaptureStderr();
     rlimit before = {};
     ::getrlimit(RLIMIT_NOFILE, &before);
-    const rlimit none = {0, before.rlim_max};
+    // No number is left for another descriptor; a limit of 0 would stop the mock's own polls, too.
+    const int next = FileDescriptor(::dup(STDERR_FILENO)).get();
+    const rlimit none = {static_cast<rlim_t>(next), before.rlim_max};
     ::setrlimit(RLIMIT_NOFILE, &none);
     EXPECT_FALSE(manager->open());
     ::setrlimit(RLIMIT_NOFILE, &before);
