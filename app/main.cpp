@@ -1,5 +1,6 @@
 #include "AppDelegate.h"
 #include "ApplicationIcon.h"
+#include "LeanMenuBarStyle.h"
 #include "MainWindowViewController.h"
 #include "MenuClass.h"
 
@@ -8,6 +9,7 @@
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
+    QApplication::setStyle(new kavelo::LeanMenuBarStyle);
     QApplication::setApplicationName(QStringLiteral("kavelo"));
     QApplication::setDesktopFileName(QStringLiteral(KAVELO_APP_ID));
     QApplication::setWindowIcon(kavelo::applicationIcon());
