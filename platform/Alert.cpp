@@ -7,6 +7,8 @@
 #include <QGridLayout>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
+#include <QShortcut>
 
 #include <cstdio>
 
@@ -31,6 +33,18 @@ public:
         if (auto *grid = qobject_cast<QGridLayout *>(layout())) {
             grid->addItem(new QSpacerItem(MinimumWidth, 0), grid->rowCount(), 0, 1,
                           grid->columnCount());
+        }
+    }
+
+    /// The button that Return and Enter press, wherever the focus is.
+    void setReturnButton(StandardButton standardButton)
+    {
+        setDefaultButton(standardButton);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+            auto *shortcut = new QShortcut(key, this);
+            shortcut->setAutoRepeat(false); // nothing is answered by the key that led here
+            connect(shortcut, &QShortcut::activated, button(standardButton),
+                    &QAbstractButton::click);
         }
     }
 
@@ -81,6 +95,7 @@ void alertBox(const QString &Message)
 {
     auto *box = new Box({}, Message, windowInUse());
     box->setStandardButtons(QMessageBox::Ok);
+    box->setReturnButton(QMessageBox::Ok);
     const int response = runBox(box);
     logLine(response == QMessageBox::Ok ? QStringLiteral("alert_OK_pushed")
                                         : QStringLiteral("others:%1").arg(response));
@@ -90,8 +105,12 @@ Answer askQuestion(const QString &message, QWidget *parent)
 {
     auto *box = new QuestionBox(QStringLiteral("Marvode Kavelo"), message, parent);
     box->setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-    box->setDefaultButton(QMessageBox::Cancel);
+    box->setReturnButton(QMessageBox::Cancel);
     box->setEscapeButton(QMessageBox::Ok);
+    for (auto *button : box->findChildren<QPushButton *>()) {
+        button->setAutoDefault(false); // the default look stays with Cancel when the focus moves on
+        button->setIcon({});           // the style's one for "OK" is a Return key
+    }
     switch (const int response = runBox(box)) {
     case QMessageBox::Ok:
         return Answer::Ok;

@@ -66,26 +66,35 @@ TEST_F(MenuTest, NamesItsItemsAndItsNotices)
               QStringLiteral("Mac App for Marvode Kavelo QX7\nVersion: 2.3.2"));
 }
 
-TEST_F(MenuTest, RestoresOnEscapeOnly)
+TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
 {
     for (const std::uint8_t pedals : {std::uint8_t{5}, std::uint8_t{3}}) {
         unit.memory().numberOfPedals = pedals;
         plugInAndWait();
         const UnitMemory before = unit.memory();
-        boxes.answerWith(Qt::Key_Return);
-        chooseRestore();
-        ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
-        runTicks(1);
-        EXPECT_EQ(boxes.messages().last(), RestoreQuestion);
-        EXPECT_TRUE(requests.empty());
+        const auto afterTab = [](Qt::Key key) {
+            return [key](QMessageBox &box) {
+                EXPECT_TRUE(box.button(QMessageBox::Ok)->icon().isNull());
+                QTest::keyClick(box.focusWidget(), Qt::Key_Tab);
+                QTest::keyClick(box.button(QMessageBox::Ok), key);
+            };
+        };
+        const std::vector<BoxWatcher::Reaction> refusals{
+            [](QMessageBox &box) { QTest::keyClick(box.focusWidget(), Qt::Key_Return); },
+            [](QMessageBox &box) { QTest::keyClick(box.focusWidget(), Qt::Key_Space); },
+            afterTab(Qt::Key_Return), afterTab(Qt::Key_Enter),
+            [](QMessageBox &box) { box.close(); }}; // by its frame, which answers neither button
+        for (std::size_t i = 0; i < refusals.size(); ++i) {
+            SCOPED_TRACE(i);
+            boxes.reactWith(refusals[i]);
+            chooseRestore();
+            ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+            runTicks(1);
+            EXPECT_EQ(boxes.messages().last(), RestoreQuestion);
+            EXPECT_TRUE(requests.empty());
+        }
 
-        boxes.reactWith([](QMessageBox &box) { box.close(); });
-        chooseRestore();
-        ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
-        runTicks(1);
-        EXPECT_TRUE(requests.empty()) << "closing the question's frame answers neither button";
-
-        boxes.answerWith(Qt::Key_Escape);
+        pedals == 5 ? boxes.answerWith(Qt::Key_Escape) : boxes.reactWith(afterTab(Qt::Key_Space));
         boxes.answerWith(Qt::Key_Return);
         chooseRestore();
         ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
