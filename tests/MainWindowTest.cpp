@@ -3,12 +3,30 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QRegularExpression>
+#include <QScopeGuard>
 
 namespace kavelo {
 namespace {
 
 class MainWindowTest : public WindowTest
 {
+protected:
+    /// The column of every pedal's controls, in the order in which screen readers come by.
+    std::vector<int> columnsToScreenReaders()
+    {
+        auto *const area = QAccessible::queryAccessibleInterface(window.centralWidget());
+        std::vector<int> columns;
+        for (int i = 0; i < area->childCount(); ++i) {
+            const auto *control = qobject_cast<QWidget *>(area->child(i)->object());
+            if (control->isVisible() &&
+                control->objectName().contains(QRegularExpression(QStringLiteral("[0-4]")))) {
+                columns.push_back(control->x() / 225);
+            }
+        }
+        EXPECT_GE(columns.size(), 9U);
+        return columns;
+    }
 };
 
 /// Exchanges of one read of such a unit: version, count, five pedals, five pieces.
@@ -74,12 +92,25 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
          texts("Left Pedal,Center pedal,Right Pedal"),
          QStringLiteral("Set the Pedal (Standard)")},
     };
+    const auto usualFont =
+        qScopeGuard([font = QApplication::font()] { QApplication::setFont(font); });
+    auto *const explanationLabel =
+        window.findChild<QLabel *>(QStringLiteral("labelMainWindowExplanation"));
+    auto *const annotation = window.findChild<QLabel *>(QStringLiteral("label_Annotation"));
+    const int usualHeight = window.height();
     for (const LayoutCase &layout : cases) {
         SCOPED_TRACE(int{layout.pedals});
+        QFont font = QApplication::font();
+        font.setPointSize(font.pointSize() == 13 ? 8 : 13);
+        QApplication::setFont(font);
         unit.memory().numberOfPedals = layout.pedals;
         bus::plugIn(unit);
         ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
         EXPECT_EQ(window.width(), layout.width);
+        EXPECT_EQ(explanationLabel->width(), layout.width - 30);
+        EXPECT_LE(explanationLabel->heightForWidth(layout.width - 30), explanationLabel->height());
+        EXPECT_LE(explanationLabel->geometry().bottom(), name(0)->y());
+        const int height = window.height();
         QStringList names;
         for (std::size_t place = 0; place < layout.leftToRight.size(); ++place) {
             const int row = layout.leftToRight[place];
@@ -103,6 +134,9 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
         EXPECT_TRUE(window.menuItems().InitialStateToolStripMenuItem->isEnabled());
         bus::unplug(unit);
         ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
+        EXPECT_EQ(window.height(), height) << "only the font moves the window's lower edge";
+        EXPECT_EQ(height > usualHeight, font.pointSize() == 13);
+        EXPECT_TRUE(window.centralWidget()->rect().contains(annotation->geometry()));
     }
 }
 
@@ -149,6 +183,7 @@ TEST_F(MainWindowTest, TabGoesThroughThePedalsFromLeftToRight)
         }
         EXPECT_EQ(places.size(), 2U * pedals) << "a text and a button for each pedal";
         EXPECT_TRUE(std::ranges::is_sorted(places));
+        EXPECT_TRUE(std::ranges::is_sorted(columnsToScreenReaders()));
         bus::unplug(unit);
         ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
     }

@@ -13,6 +13,7 @@
 
 #include <QCloseEvent>
 #include <QFontInfo>
+#include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QVariantAnimation>
@@ -42,11 +43,10 @@ void setFittingText(QPushButton &button, QStringView text)
 {
     button.setFont(QFont());
     button.setText(text.toString());
-    const int textWidth = button.fontMetrics().horizontalAdvance(button.text());
-    const int available = button.width() - (button.sizeHint().width() - textWidth);
-    if (textWidth > available) {
-        QFont font = button.font();
-        font.setPointSizeF(QFontInfo(font).pointSizeF() * available / textWidth);
+    QFont font = button.font();
+    for (qreal size = QFontInfo(font).pointSizeF();
+         button.sizeHint().width() > button.width() && size > 1; size *= 0.97) {
+        font.setPointSizeF(size);
         button.setFont(font);
     }
 }
@@ -160,8 +160,7 @@ void MainWindowViewController::viewDidLoad()
         connect(m_rows.at(row).advanced, &QPushButton::clicked, this,
                 &Self::SetPedal2Advanced_clicked);
     }
-    // The menu bar is as high as the desktop's font makes it; the rest of the height is the form's.
-    setFixedHeight(menuBar()->sizeHint().height() + centralWidget()->minimumHeight());
+    fitExplanation();
     connect(&m_timer, &QTimer::timeout, this, &MainWindowViewController::UpdateAppWindow);
     m_timer.start(TickPeriod);
 }
@@ -169,6 +168,17 @@ void MainWindowViewController::viewDidLoad()
 void MainWindowViewController::viewDidAppear()
 {
     InitializeControls();
+}
+
+void MainWindowViewController::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto *button = qobject_cast<QPushButton *>(focusWidget());
+    if (isReturn && button != nullptr && !event->isAutoRepeat()) {
+        button->click(); // of itself a button answers Return in dialogs only
+    } else {
+        QMainWindow::keyPressEvent(event);
+    }
 }
 
 void MainWindowViewController::showEvent(QShowEvent *event)
@@ -240,6 +250,33 @@ void MainWindowViewController::enableCommands()
 void MainWindowViewController::setWindowWidth(int width)
 {
     setFixedWidth(width);
+    fitExplanation();
+}
+
+/// Makes the explanation as wide as the window, and as high as the longer text needs it in the
+/// narrowest one: so only the desktop's font, never a text or a layout, moves what is below and the
+/// window's lower edge.
+void MainWindowViewController::fitExplanation()
+{
+    QLabel *const label = m_ui->labelMainWindowExplanation;
+    const int margin = label->x();
+    const QRect narrowest(0, 0, BlankWindowWidth - 2 * margin, 0);
+    int height = label->minimumHeight();
+    for (const QString &text : {ConnectExplanation, SettingsExplanation}) {
+        const QRect needed =
+            label->fontMetrics().boundingRect(narrowest, Qt::TextWordWrap, toScreenText(text));
+        height = std::max(height, needed.height());
+    }
+    const int lower = height - label->height();
+    label->resize(width() - 2 * margin, height);
+    for (auto *control :
+         centralWidget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (control != label) {
+            control->move(control->x(), control->y() + lower);
+        }
+    }
+    centralWidget()->setMinimumHeight(centralWidget()->minimumHeight() + lower);
+    setFixedHeight(menuBar()->sizeHint().height() + centralWidget()->minimumHeight());
 }
 
 void MainWindowViewController::applyLayout(const MainWindowLayout &layout)

@@ -23,12 +23,13 @@ struct MainWindowLayout;
 struct PedalCaptions;
 
 /// A restore of the factory settings has been asked for. Set by the menu, cleared by the main
-/// window when it starts the restore.
+/// window when it asks whether to restore.
 inline bool InitialState = false;
-/// The Standard dialog has built a new record. Cleared when it is opened, set by the dialog;
-/// without it nothing is sent, nor from the Advanced dialog.
+/// A dialog may send its record. Cleared by the main window before it opens the Standard dialog,
+/// set by that dialog when it has built a record. The Advanced dialog never sets it.
 inline bool SettingEnabled = false;
-/// Name of the pedal being edited, for the success message. Set when a dialog is opened.
+/// Name of the pedal being edited, for the success message and the Advanced dialog's heading. Set
+/// by the main window when it opens the Standard dialog only.
 inline QString PedalName;
 
 /// The main window: shows every pedal's setting and keeps itself in step with the unit.
@@ -74,6 +75,7 @@ public:
     void SetPedal2Advanced_clicked();
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
@@ -93,6 +95,7 @@ private:
     void viewDidAppear();
 
     void setWindowWidth(int width);
+    void fitExplanation();
     void applyLayout(const MainWindowLayout &layout);
     void disableRows();
     void enableRow(std::size_t row);
