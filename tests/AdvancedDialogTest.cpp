@@ -61,13 +61,19 @@ protected:
         return dialog()->findChild<Control *>(QLatin1String(name));
     }
     void click(const char *name) { WindowTest::click(in<QWidget>(name)); }
+    /// Sets a field's text as a screen reader does.
+    static void enterText(QLineEdit *field, const QString &text)
+    {
+        QAccessible::queryAccessibleInterface(field)->editableTextInterface()->replaceText(
+            0, int(field->text().size()), text);
+    }
 
     void take(const Step &step)
     {
         auto *control = in<QWidget>(step.control);
         ASSERT_NE(control, nullptr) << step.control;
         if (qobject_cast<QAbstractButton *>(control) != nullptr) {
-            click(step.control);
+            press(control);
         } else if (auto *text = qobject_cast<QLineEdit *>(control)) {
             text->clear();
             QTest::keyClicks(text, QString::number(step.value));
@@ -109,6 +115,9 @@ protected:
         EXPECT_EQ(requests[1], sent);
     }
 
+    /// How the user presses buttons.
+    void (*press)(QWidget *) = &WindowTest::click;
+
 private:
     template <class Property>
     QStringList buttons(const char *namePrefix, Property property)
@@ -128,7 +137,7 @@ private:
 TEST_F(AdvancedDialogTest, OpensOnTheClickPageAndCancelSendsNothing)
 {
     const UnitMemory before = unit.memory();
-    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Space}) {
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
         SelectedPedalNo = EditedPedal;
         PedalName = name(EditedPedal)->text();
         SettingEnabled = true;
@@ -137,7 +146,7 @@ TEST_F(AdvancedDialogTest, OpensOnTheClickPageAndCancelSendsNothing)
         EXPECT_EQ(in<QTabWidget>("tabcontrolPages")->currentIndex(), Click);
         EXPECT_EQ(in<QLabel>("Label_PedalName")->text(),
                   QStringLiteral("Advanced settings  Left End Pedal"));
-        QTest::keyClick(key == Qt::Key_Space ? in<QWidget>("buttonCancel") : dialog(), key);
+        QTest::keyClick(key == Qt::Key_Escape ? dialog() : in<QWidget>("buttonCancel"), key);
         EXPECT_EQ(dialog(), nullptr);
     }
     runTicks(2);
@@ -145,7 +154,7 @@ TEST_F(AdvancedDialogTest, OpensOnTheClickPageAndCancelSendsNothing)
     oneWay.fill(0xFF);
     std::ranges::copy(std::array<std::uint8_t, 3>{GET_ADDITIONAL_DATA, EditedPedal, 0},
                       oneWay.begin());
-    EXPECT_EQ(requests, (std::vector{oneWay, oneWay}));
+    EXPECT_EQ(requests, std::vector(4, oneWay));
     EXPECT_EQ(unit.memory(), before);
     EXPECT_EQ(boxes.messages(), QStringList());
 }
@@ -253,10 +262,13 @@ TEST_F(AdvancedDialogTest, ClickPageWritesWhatIsChosen)
     };
     CommonRecord record{0, 11, 22, 33, 44, 55, 66, 77, 88, 99, 110, 121, 132};
     CommonData[EditedPedal] = record;
-    for (std::size_t i = 0; i < cases.size(); ++i) {
-        SCOPED_TRACE(i);
-        record[0] = cases[i].clicks;
-        expectWritten(Click, cases[i].steps, cases[i].mode, record);
+    for (const auto means : {&WindowTest::click, &WindowTest::toggle}) {
+        press = means;
+        for (std::size_t i = 0; i < cases.size(); ++i) {
+            SCOPED_TRACE(i);
+            record[0] = cases[i].clicks;
+            expectWritten(Click, cases[i].steps, cases[i].mode, record);
+        }
     }
     EXPECT_EQ(contents(EditedPedal)->toPlainText(),
               PedalDescription(EditedPedal).remove(QLatin1Char('\r')));
@@ -294,11 +306,14 @@ TEST_F(AdvancedDialogTest, KeyOutputPageWritesModifiersAndKeyUnderThePedalsOwnMo
     CommonRecord record{9, 9, 7, 7, 7, 7, 7, 7, 7, 7, 7, 7, 7};
     OutputMode[EditedPedal] = CONTINUOUS_KEY_OUTPUT;
     CommonData[EditedPedal] = record;
-    for (std::size_t i = 0; i < cases.size(); ++i) {
-        SCOPED_TRACE(i);
-        record[0] = cases[i].modifiers;
-        record[1] = cases[i].key;
-        expectWritten(KeyOutput, cases[i].steps, CONTINUOUS_KEY_OUTPUT, record);
+    for (const auto means : {&WindowTest::click, &WindowTest::toggle}) {
+        press = means;
+        for (std::size_t i = 0; i < cases.size(); ++i) {
+            SCOPED_TRACE(i);
+            record[0] = cases[i].modifiers;
+            record[1] = cases[i].key;
+            expectWritten(KeyOutput, cases[i].steps, CONTINUOUS_KEY_OUTPUT, record);
+        }
     }
 }
 
@@ -308,19 +323,23 @@ TEST_F(AdvancedDialogTest, SlidersAndSteppersFollowEachOther)
 {
     open(PointerMovement);
     click("PM_checkboxAccelerated");
-    for (const char *quantity : {"Speed", "Acceleration"}) {
-        SCOPED_TRACE(quantity);
+    for (const QByteArray quantity : {"Speed", "Acceleration"}) {
+        SCOPED_TRACE(quantity.data());
         const auto control = [&](const char *name) {
-            return QString::asprintf(name, quantity).toLatin1();
+            return QString::asprintf(name, quantity.data()).toLatin1();
         };
         auto *slider = in<QSlider>(control("PM_hscrollbarThousandLog%sIndex"));
         auto *stepper = in<QSpinBox>(control("PM_numericupdown%sIndex_stepper"));
         auto *text = in<QLineEdit>(control("PM_numericupdown%sIndex_textbox"));
+        EXPECT_TRUE(text->isReadOnly());
+        enterText(text, QStringLiteral("5"));
         EXPECT_EQ(text->text(), QStringLiteral("0"));
 
-        QTest::keyClick(stepper, Qt::Key_Up);
+        // The first choice: the slider's handle, which stays where it is, or the stepper.
+        const bool isBySlider = quantity == "Speed";
+        isBySlider ? WindowTest::click(slider) : QTest::keyClick(stepper, Qt::Key_Up);
         EXPECT_EQ(text->text(), QStringLiteral("1"));
-        EXPECT_EQ(slider->value(), 176);
+        EXPECT_EQ(slider->value(), isBySlider ? 0 : 176);
         QTest::keyClick(stepper, Qt::Key_Down);
         EXPECT_EQ(text->text(), QStringLiteral("1")) << "0 can't be chosen";
         constexpr std::array<std::pair<int, int>, 5> ByStepper{
@@ -393,11 +412,16 @@ TEST_F(AdvancedDialogTest, PointerMovementPageWritesWhatIsChosen)
 
 TEST_F(AdvancedDialogTest, OptionsEnableTheirControls)
 {
+    const auto changes = {std::pair{&WindowTest::click, true},
+                          {&WindowTest::click, false},
+                          {&WindowTest::toggle, true},
+                          {&WindowTest::toggle, false}};
     open(PointerMovement);
     const auto isEnabled = [&](const char *name) { return in<QWidget>(name)->isEnabled(); };
-    for (const bool on : {true, false}) {
-        click("PM_checkboxAccelerated");
-        click(on ? "PM_radiobutttonSetNumber" : "PM_radiobuttonUntilRelease");
+    for (const auto &[means, on] : changes) {
+        press = means;
+        take({"PM_checkboxAccelerated"});
+        take({on ? "PM_radiobutttonSetNumber" : "PM_radiobuttonUntilRelease"});
         for (const char *name : {"PM_hscrollbarThousandLogAccelerationIndex",
                                  "PM_numericupdownAccelerationIndex_stepper",
                                  "PM_numericupdownAccelerationIndex_textbox",
@@ -406,29 +430,62 @@ TEST_F(AdvancedDialogTest, OptionsEnableTheirControls)
             EXPECT_EQ(isEnabled(name), on) << name;
         }
     }
-    take({"PM_radiobutttonSetNumber"});
-    take({"PM_numericupdownNumberOfRepeats_textbox", 41});
-    QTest::keyClick(in<QWidget>("PM_numericupdownNumberOfRepeats_stepper"), Qt::Key_Up);
-    EXPECT_EQ(in<QLineEdit>("PM_numericupdownNumberOfRepeats_textbox")->text(),
-              QStringLiteral("42"));
 
     in<QTabWidget>("tabcontrolPages")->setCurrentIndex(MultipleKeyOutput);
     EXPECT_FALSE(isEnabled("buttonOK")) << "the page writes nothing";
-    for (const bool on : {false, true}) {
-        click(on ? "PSKO_radiobuttonSetNumber" : "PSKO_radiobuttonUntilRelease");
+    for (const auto &[means, off] : changes) {
+        press = means;
+        take({off ? "PSKO_radiobuttonUntilRelease" : "PSKO_radiobuttonSetNumber"});
         for (const char *name : {"PSKO_numericupdownNumberOfRepeats_textbox",
                                  "PSKO_numericupdownNumberOfRepeats_stepper",
                                  "PSKO_radiobuttonOutput", "PSKO_radiobuttonSeries"}) {
-            EXPECT_EQ(isEnabled(name), on) << name;
+            EXPECT_EQ(isEnabled(name), !off) << name;
         }
     }
     click("PSKO_radiobuttonSeries");
     EXPECT_EQ(checked("PSKO_"), (QStringList{QStringLiteral("radiobuttonSeries"),
                                              QStringLiteral("radiobuttonSetNumber")}));
-    take({"PSKO_numericupdownNumberOfRepeats_textbox", 41});
-    QTest::keyClick(in<QWidget>("PSKO_numericupdownNumberOfRepeats_stepper"), Qt::Key_Up);
-    EXPECT_EQ(in<QLineEdit>("PSKO_numericupdownNumberOfRepeats_textbox")->text(),
-              QStringLiteral("42"));
+    click("buttonCancel");
+}
+
+TEST_F(AdvancedDialogTest, FieldsAndTheirSteppersFollowEachOtherWithinTheLimits)
+{
+    const auto expectPair = [&](const char *field, int limit) {
+        SCOPED_TRACE(field);
+        auto *text = in<QLineEdit>(QByteArray(field) + "_textbox");
+        auto *stepper = in<QSpinBox>(QByteArray(field) + "_stepper");
+        const auto expectBoth = [&](int number) {
+            EXPECT_EQ(text->text(), QString::number(number));
+            EXPECT_EQ(stepper->value(), number);
+        };
+        text->clear();
+        QTest::keyClicks(text, QStringLiteral("-41x"));
+        QTest::keyClick(stepper, Qt::Key_Up);
+        expectBoth(42);
+        text->clear();
+        QTest::keyClicks(text, QStringLiteral("99999"));
+        expectBoth(limit);
+        QTest::keyClick(stepper, Qt::Key_Down);
+        expectBoth(limit - 1);
+        for (const auto &[entered, taken] : {std::pair{"17", 17},
+                                             {"x", 17},
+                                             {"70000", limit},
+                                             {"12345678901234567890", limit},
+                                             {"-5", 1}}) {
+            enterText(text, QLatin1String(entered));
+            expectBoth(taken);
+        }
+    };
+    open(PointerMovement);
+    click("PM_radiobutttonSetNumber");
+    expectPair("PM_numericupdownNumberOfRepeats", 65534);
+    in<QTabWidget>("tabcontrolPages")->setCurrentIndex(MultipleKeyOutput);
+    expectPair("PSKO_numericupdownNumberOfRepeats", 65535);
+    for (const char *name :
+         {"PSKO_numericupdownOnTime_textbox", "PSKO_numericupdownTimeBetween_textbox"}) {
+        enterText(in<QLineEdit>(name), QStringLiteral("5"));
+        EXPECT_EQ(in<QLineEdit>(name)->text(), QStringLiteral("10"));
+    }
     click("buttonCancel");
 }
 
@@ -529,6 +586,9 @@ TEST_F(AdvancedDialogTest, MultipleKeyOutputPageShowsTheRecordAndPutsItRight)
         QStringList radios{QLatin1String(sequence.repeat), QLatin1String(sequence.unit)};
         radios.sort();
         EXPECT_EQ(checked("PSKO_radiobutton"), radios);
+        EXPECT_EQ(enabled("PSKO_radiobutton").size(), 4) << "loading disables nothing";
+        EXPECT_TRUE(in<QWidget>("PSKO_numericupdownNumberOfRepeats_textbox")->isEnabled());
+        EXPECT_TRUE(in<QWidget>("PSKO_numericupdownNumberOfRepeats_stepper")->isEnabled());
         auto *list = in<QComboBox>("PSKO_listboxOutput");
         EXPECT_EQ(list->currentIndex(), -1);
         ASSERT_EQ(list->count(), sequence.outputs.size());

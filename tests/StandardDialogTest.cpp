@@ -105,8 +105,14 @@ TEST_F(StandardDialogTest, OffersThe91StandardKeysToEveryone)
 {
     unit.memory().pedals[0] = {};
     plugInAndWait();
-    open(0);
+    standard(0)->setFocus();
+    QTest::keyClick(standard(0), Qt::Key_Return);
     ASSERT_NE(dialog(), nullptr);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        QKeyEvent heldDown(QEvent::KeyPress, key, {}, {}, true);
+        QApplication::sendEvent(dialog(), &heldDown);
+        ASSERT_NE(dialog(), nullptr) << "the key that has opened the dialog is still down";
+    }
     EXPECT_EQ(dialog()->windowTitle(), QStringLiteral("Standard settings"));
     EXPECT_EQ(in<QLabel>(QStringLiteral("Label_PedalName"))->text(),
               QStringLiteral("Standard settings  Center Pedal"));
@@ -183,7 +189,8 @@ TEST_F(StandardDialogTest, ShowsASettingOrAsksAboutOneBeyondTheStandard)
         EXPECT_EQ(boxes.messages().size() - asked, load.isWithinStandard ? 0 : 1);
         EXPECT_EQ(shown(), load.shown);
         EXPECT_EQ(write()->isEnabled(), load.canBeWritten);
-        click(in<QPushButton>(QStringLiteral("buttonCancel")));
+        QTest::keyClick(in<QPushButton>(QStringLiteral("buttonCancel")), Qt::Key_Return);
+        EXPECT_EQ(dialog(), nullptr);
         EXPECT_EQ(OutputMode[2], load.mode);
         EXPECT_EQ(CommonData[2], load.record);
 
@@ -202,34 +209,48 @@ TEST_F(StandardDialogTest, TheWriteButtonFollowsTheChoice)
 {
     unit.memory().pedals[0] = {.mode = SIMPLE_KEY_OUTPUT, .record = {0, 0x04}};
     plugInAndWait();
-    open(0);
-    click(radio("WithModifiers"));
-    EXPECT_FALSE(write()->isEnabled()) << "a modifier is missing";
-    click(modifierBox(1));
-    EXPECT_TRUE(write()->isEnabled());
-    click(radio("OnlyModifiers"));
-    EXPECT_TRUE(write()->isEnabled());
-    EXPECT_FALSE(keys()->isEnabled());
-    click(modifierBox(1));
-    EXPECT_FALSE(write()->isEnabled());
-    click(radio("NoModifiers"));
-    EXPECT_TRUE(write()->isEnabled());
-    EXPECT_FALSE(modifierBox(0)->isEnabled());
-    tabs()->setCurrentIndex(1);
-    EXPECT_FALSE(write()->isEnabled()) << "no mouse action is chosen";
-    click(radio("LeftClick"));
-    EXPECT_TRUE(write()->isEnabled());
-    tabs()->setCurrentIndex(0);
-    click(radio("OnlyModifiers"));
-    EXPECT_FALSE(write()->isEnabled());
-    tabs()->setCurrentIndex(1);
-    EXPECT_TRUE(write()->isEnabled()) << "each tab has its own state";
-    dialog()->activateWindow();
-    ASSERT_TRUE(waitUntil([&] { return dialog()->isActiveWindow(); }));
-    radio("LeftClick")->setFocus();
-    QTest::keyClick(radio("LeftClick"), Qt::Key_Down);
-    EXPECT_EQ(shown().radio, QStringLiteral("RightClick"));
-    QTest::keyClick(dialog(), Qt::Key_Escape);
+    for (const auto press : {&WindowTest::click, &WindowTest::toggle}) {
+        open(0);
+        press(radio("WithModifiers"));
+        EXPECT_FALSE(write()->isEnabled()) << "a modifier is missing";
+        for (std::size_t bit = 0; bit < ModifierBoxes.size(); ++bit) {
+            press(modifierBox(bit));
+            EXPECT_TRUE(write()->isEnabled());
+            press(modifierBox(bit));
+            EXPECT_FALSE(write()->isEnabled());
+        }
+        press(modifierBox(1));
+        press(radio("OnlyModifiers"));
+        EXPECT_TRUE(write()->isEnabled());
+        EXPECT_FALSE(keys()->isEnabled());
+        press(modifierBox(1));
+        EXPECT_FALSE(write()->isEnabled());
+        press(radio("NoModifiers"));
+        EXPECT_TRUE(write()->isEnabled());
+        EXPECT_FALSE(modifierBox(0)->isEnabled());
+        tabs()->setCurrentIndex(1);
+        EXPECT_FALSE(write()->isEnabled()) << "no mouse action is chosen";
+        press(radio("LeftClick"));
+        EXPECT_TRUE(write()->isEnabled());
+        tabs()->setCurrentIndex(0);
+        press(radio("OnlyModifiers"));
+        EXPECT_FALSE(write()->isEnabled());
+        tabs()->setCurrentIndex(1);
+        EXPECT_TRUE(write()->isEnabled()) << "each tab has its own state";
+        dialog()->activateWindow();
+        ASSERT_TRUE(waitUntil([&] { return dialog()->isActiveWindow(); }));
+        radio("LeftClick")->setFocus();
+        QTest::keyClick(radio("LeftClick"), Qt::Key_Down);
+        EXPECT_EQ(shown().radio, QStringLiteral("RightClick"));
+        QTest::keyClick(dialog(), Qt::Key_Escape);
+    }
+    for (const char *mouseAction : MouseRadios) {
+        open(0);
+        tabs()->setCurrentIndex(1);
+        toggle(radio(mouseAction));
+        EXPECT_TRUE(write()->isEnabled()) << mouseAction;
+        QTest::keyClick(dialog(), Qt::Key_Escape);
+    }
 }
 
 TEST_F(StandardDialogTest, EveryChoiceSurvivesTheRoundThroughTheUnit)

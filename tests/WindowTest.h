@@ -6,6 +6,7 @@
 #include "SettingDialogViewController.h"
 #include "SimulatedBus.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -101,7 +102,6 @@ protected:
         return true;
     }
 
-    /// The dialog on screen; null when there is none.
     /// The dialog of a class that is on screen, or null: a dismissed one may still be there.
     template <class Dialog>
     Dialog *shownDialog()
@@ -115,6 +115,12 @@ protected:
     static void click(QWidget *widget)
     {
         QTest::mouseClick(widget, Qt::LeftButton, {}, {10, widget->height() / 2});
+    }
+    /// Turns a button on or off as a screen reader, voice control or a switch device does.
+    static void toggle(QWidget *button)
+    {
+        QAccessible::queryAccessibleInterface(button)->actionInterface()->doAction(
+            QAccessibleActionInterface::toggleAction());
     }
     /// Sets a pedal whose setting is a click already to another one, by clicks in the dialog.
     void writeClick(int pedal, const QString &radioButton)

@@ -39,8 +39,10 @@ void AdvancedSettingDialogViewController::connectMultipleKeyOutputPage()
         {m_ui->PSKO_radiobuttonSeries, &Self::PSKO_radiobuttonSeries_CheckedChanged},
     }};
     connectActions(actions);
+    onTime_PSKO().keepReadOnly();
+    timeBetween_PSKO().keepReadOnly();
     repeats_PSKO().limitText();
-    connect(m_ui->PSKO_numericupdownNumberOfRepeats_textbox, &QLineEdit::textEdited, this,
+    connect(m_ui->PSKO_numericupdownNumberOfRepeats_textbox, &QLineEdit::textChanged, this,
             &Self::PSKO_numericupdownNumberOfRepeats_textbox_ValueChanged);
     connect(m_ui->PSKO_numericupdownNumberOfRepeats_stepper, &QSpinBox::valueChanged, this,
             &Self::PSKO_numericupdownNumberOfRepeats_stepper_ValueChanged);
@@ -84,11 +86,8 @@ void AdvancedSettingDialogViewController::decodeTimes()
         commonData()[1] = DefaultTime;
     }
     const PskoSetting setting = pskoSettingIn(commonData());
-    NumericUpDown{m_ui->PSKO_numericupdownOnTime_textbox, m_ui->PSKO_numericupdownOnTime_stepper}
-        .show(setting.onTime);
-    NumericUpDown{m_ui->PSKO_numericupdownTimeBetween_textbox,
-                  m_ui->PSKO_numericupdownTimeBetween_stepper}
-        .show(setting.timeBetween);
+    onTime_PSKO().show(setting.onTime);
+    timeBetween_PSKO().show(setting.timeBetween);
 }
 
 void AdvancedSettingDialogViewController::decodeRepeats()
@@ -155,6 +154,17 @@ QString AdvancedSettingDialogViewController::outputLine(std::size_t output) cons
         line += QStringLiteral(" + [%1]").arg(GetKeyName(keys.at(key)));
     }
     return line;
+}
+
+NumericUpDown AdvancedSettingDialogViewController::onTime_PSKO() const
+{
+    return {m_ui->PSKO_numericupdownOnTime_textbox, m_ui->PSKO_numericupdownOnTime_stepper};
+}
+
+NumericUpDown AdvancedSettingDialogViewController::timeBetween_PSKO() const
+{
+    return {m_ui->PSKO_numericupdownTimeBetween_textbox,
+            m_ui->PSKO_numericupdownTimeBetween_stepper};
 }
 
 NumericUpDown AdvancedSettingDialogViewController::repeats_PSKO() const

@@ -57,16 +57,26 @@ void AdvancedSettingDialogViewController::connectPointerMovementPage()
 
     // Screen readers set a slider's or stepper's value as the program does, so this listens to any
     // change; the program blocks the signals of its own.
-    connect(m_ui->PM_hscrollbarThousandLogSpeedIndex, &QSlider::valueChanged, this,
-            &Self::PM_hscrollbarThousandLogSpeedIndex_Scroll);
-    connect(m_ui->PM_hscrollbarThousandLogAccelerationIndex, &QSlider::valueChanged, this,
-            &Self::PM_hscrollbarThousandLogAccelerationIndex_Scroll);
+    const std::array<std::pair<QSlider *, Action>, 2> sliders{{
+        {m_ui->PM_hscrollbarThousandLogSpeedIndex,
+         &Self::PM_hscrollbarThousandLogSpeedIndex_Scroll},
+        {m_ui->PM_hscrollbarThousandLogAccelerationIndex,
+         &Self::PM_hscrollbarThousandLogAccelerationIndex_Scroll},
+    }};
+    for (const auto &[slider, action] : sliders) {
+        connect(slider, &QSlider::valueChanged, this, action);
+        // The place where the slider stands already can be chosen, too.
+        connect(slider, &QSlider::sliderPressed, this, action);
+        connect(slider, &QSlider::actionTriggered, this, action);
+    }
     connect(m_ui->PM_numericupdownSpeedIndex_stepper, &QSpinBox::valueChanged, this,
             &Self::PM_numericupdownSpeedIndex_stepper_ValueChanged);
     connect(m_ui->PM_numericupdownAccelerationIndex_stepper, &QSpinBox::valueChanged, this,
             &Self::PM_numericupdownAccelerationIndex_stepper_ValueChanged);
+    speed().number.keepReadOnly();
+    acceleration().number.keepReadOnly();
     repeats_PM().limitText();
-    connect(m_ui->PM_numericupdownNumberOfRepeats_textbox, &QLineEdit::textEdited, this,
+    connect(m_ui->PM_numericupdownNumberOfRepeats_textbox, &QLineEdit::textChanged, this,
             &Self::PM_numericupdownNumberOfRepeats_textbox_ValueChanged);
     connect(m_ui->PM_numericupdownNumberOfRepeats_stepper, &QSpinBox::valueChanged, this,
             &Self::PM_numericupdownNumberOfRepeats_stepper_ValueChanged);
@@ -101,7 +111,7 @@ NumericUpDown AdvancedSettingDialogViewController::repeats_PM() const
 
 void AdvancedSettingDialogViewController::takeFromSlider(const LogarithmicIndex &controls)
 {
-    controls.index = indexAtThousandLog(controls.slider->value());
+    controls.index = indexAtThousandLog(controls.slider->sliderPosition());
     controls.number.show(controls.index);
     controls.number.stepper->setMinimum(1); // 0 was "not chosen yet"
 }

@@ -14,10 +14,6 @@ AdvancedSettingDialogViewController::AdvancedSettingDialogViewController(
 {
     m_ui->setupUi(this);
     m_ui->Label_PedalName->setText(QStringLiteral("Advanced settings  %1").arg(PedalName));
-    connectClickPage();
-    connectKeyOutputPage();
-    connectPointerMovementPage();
-    connectMultipleKeyOutputPage();
     connect(m_ui->tabcontrolPages, &QTabWidget::currentChanged, this, &Self::pageChanged);
     connect(m_ui->buttonOK, &QPushButton::clicked, this, &Self::okButtonPressed);
     connect(m_ui->buttonCancel, &QPushButton::clicked, this, &Self::dismiss);
@@ -25,10 +21,10 @@ AdvancedSettingDialogViewController::AdvancedSettingDialogViewController(
 
 AdvancedSettingDialogViewController::~AdvancedSettingDialogViewController() = default;
 
-void AdvancedSettingDialogViewController::connectActions(ButtonActions actions) const
+void AdvancedSettingDialogViewController::connectActions(ButtonActions actions)
 {
     for (const auto &[button, action] : actions) {
-        connect(button, &QAbstractButton::clicked, this, action);
+        connectChoice(button, this, action);
     }
 }
 
@@ -50,6 +46,11 @@ void AdvancedSettingDialogViewController::viewDidLoad()
     loadMultipleKeyOutputPage();
     PSKO_SelectedOutput = 0;
     PSKO_SetControls();
+    // Only now: what loading sets causes no actions.
+    connectClickPage();
+    connectKeyOutputPage();
+    connectPointerMovementPage();
+    connectMultipleKeyOutputPage();
 }
 
 void AdvancedSettingDialogViewController::pageChanged()

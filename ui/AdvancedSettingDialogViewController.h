@@ -59,7 +59,7 @@ private:
     using ButtonActions = std::span<const std::pair<QAbstractButton *, Action>>;
 
     void viewDidLoad() override;
-    void connectActions(ButtonActions actions) const;
+    void connectActions(ButtonActions actions);
     void pageChanged();
     [[nodiscard]] Action okActionOfPage() const;
     static void turnOn(QRadioButton *button);
@@ -156,6 +156,8 @@ private:
     void decodeRepeats();
     void decodeOutputs();
     void showSampleOutputs();
+    [[nodiscard]] NumericUpDown onTime_PSKO() const;
+    [[nodiscard]] NumericUpDown timeBetween_PSKO() const;
     [[nodiscard]] NumericUpDown repeats_PSKO() const;
     void setRepeatsEnabled_PSKO(bool enabled);
     [[nodiscard]] QString outputLine(std::size_t output) const;

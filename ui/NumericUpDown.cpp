@@ -2,8 +2,11 @@
 
 #include <QIntValidator>
 #include <QLineEdit>
+#include <QPalette>
 #include <QSignalBlocker>
 #include <QSpinBox>
+
+#include <algorithm>
 
 namespace kavelo {
 
@@ -16,17 +19,37 @@ void NumericUpDown::limitText() const
     textbox->setValidator(validator);
 }
 
+void NumericUpDown::keepReadOnly() const
+{
+    QPalette palette = textbox->palette();
+    palette.setColor(QPalette::Base, Qt::transparent); // as the window around it, light or dark
+    textbox->setPalette(palette);
+    // Screen readers can set the text of a read-only field.
+    QObject::connect(textbox, &QLineEdit::textChanged, stepper,
+                     [field = *this] { field.copyStepperToText(); });
+}
+
 void NumericUpDown::show(int number) const
 {
     const QSignalBlocker blocker(stepper);
-    textbox->setText(QString::number(number));
     stepper->setValue(number);
+    copyStepperToText();
 }
 
 void NumericUpDown::copyTextToStepper() const
 {
-    const QSignalBlocker blocker(stepper);
-    stepper->setValue(textbox->text().toInt());
+    const QString text = textbox->text();
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber); // of any size
+    if (isNumber) {
+        const QSignalBlocker blocker(stepper);
+        stepper->setValue(
+            static_cast<int>(std::clamp<double>(number, stepper->minimum(), stepper->maximum())));
+    }
+    const bool isUnfinished = text.isEmpty() || text == QLatin1Char('0');
+    if (!isUnfinished && text != QString::number(stepper->value())) {
+        copyStepperToText();
+    }
 }
 
 void NumericUpDown::copyStepperToText() const

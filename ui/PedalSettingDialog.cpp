@@ -3,8 +3,8 @@
 #include "Alert.h"
 #include "MainWindowViewController.h"
 
-#include <QAbstractButton>
 #include <QButtonGroup>
+#include <QKeyEvent>
 #include <QPointer>
 
 namespace kavelo {
@@ -56,6 +56,15 @@ void PedalSettingDialog::selectPedal()
 {
     SelectedPedalNo = m_pedal;
     PedalName = m_pedalName;
+}
+
+void PedalSettingDialog::keyPressEvent(QKeyEvent *event)
+{
+    // The key that has opened the dialog or answered its question may be held down for long. It
+    // neither writes nor closes anything here.
+    if (!event->isAutoRepeat()) {
+        QDialog::keyPressEvent(event);
+    }
 }
 
 void PedalSettingDialog::done(int result)

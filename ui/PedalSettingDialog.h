@@ -2,6 +2,7 @@
 
 #include "PedalSetting.h"
 
+#include <QAbstractButton>
 #include <QDialog>
 
 namespace kavelo {
@@ -30,6 +31,8 @@ public:
     void reject() override;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
     virtual void viewDidLoad() = 0;
     virtual void viewWillDisappear() {}
     /// Whether the program closes the dialog, not its user.
@@ -41,6 +44,23 @@ protected:
     /// Sends the record that has been built and dismisses the dialog, whatever came of it. Waits
     /// for the unit.
     void sendAndDismiss();
+
+    /// Has a choice's action done when its check box changes, or its radio button is turned on, by
+    /// whatever means: assistive technology turns buttons without clicking them. The click on a
+    /// radio button that is on already counts, too.
+    template <class Dialog>
+    static void connectChoice(QAbstractButton *button, Dialog *dialog, void (Dialog::*action)())
+    {
+        const bool isRadio = button->autoExclusive();
+        connect(button, &QAbstractButton::toggled, dialog, [=](bool on) {
+            if (on || !isRadio) {
+                (dialog->*action)();
+            }
+        });
+        if (isRadio) {
+            connect(button, &QAbstractButton::clicked, dialog, action);
+        }
+    }
 
     [[nodiscard]] MainWindowViewController &presenter() const { return m_presenter; }
     /// The index of the pedal being edited. `SelectedPedalNo` may move on meanwhile, when a read of

@@ -67,7 +67,6 @@ SettingDialogViewController::SettingDialogViewController(MainWindowViewControlle
     m_ui->setupUi(this);
     m_modifierBoxes = {m_ui->checkboxCtrl, m_ui->checkboxShift, m_ui->checkboxAlt,
                        m_ui->checkboxWindowsKey};
-    connectActions();
 }
 
 SettingDialogViewController::~SettingDialogViewController() = default;
@@ -76,7 +75,7 @@ void SettingDialogViewController::connectActions()
 {
     using Self = SettingDialogViewController;
     using Action = void (Self::*)();
-    const std::array<std::pair<QAbstractButton *, Action>, 13> actions{{
+    const std::array<std::pair<QAbstractButton *, Action>, 11> actions{{
         {m_ui->radiobuttonNoModifiers, &Self::radiobuttonNoModifiersClicked},
         {m_ui->radiobuttonWithModifiers, &Self::radiobuttonWithModifiersClicked},
         {m_ui->radiobuttonOnlyModifiers, &Self::radiobuttonOnlyModifiersClicked},
@@ -88,12 +87,13 @@ void SettingDialogViewController::connectActions()
         {m_ui->radiobuttonRightClick, &Self::radiobuttonRightClickClicked},
         {m_ui->radiobuttonCenterClick, &Self::radiobuttonCenterClickClicked},
         {m_ui->radiobuttonDoubleClick, &Self::radiobuttonDoubleClickClicked},
-        {m_ui->buttonProgramKavelo, &Self::buttonProgramKavelo_Click},
-        {m_ui->buttonCancel, &Self::cancelButtonPressed},
     }};
     for (const auto &[button, action] : actions) {
-        connect(button, &QAbstractButton::clicked, this, action);
+        connectChoice(button, this, action);
     }
+    connect(m_ui->buttonProgramKavelo, &QPushButton::clicked, this,
+            &Self::buttonProgramKavelo_Click);
+    connect(m_ui->buttonCancel, &QPushButton::clicked, this, &Self::cancelButtonPressed);
     connect(m_ui->listboxKeys, &QComboBox::activated, this,
             &Self::listboxKeys_SelectedIndexChanged);
     connect(m_ui->tabcontrolOutputMode, &QTabWidget::currentChanged, this,
@@ -112,6 +112,7 @@ void SettingDialogViewController::viewDidLoad()
     loadKeyboardSetting();
     loadMouseSetting();
     Change_buttonProgramKavelo_Enabled();
+    connectActions(); // only now: what loading sets causes no actions
     if (!WithinStandard) {
         askAboutSettingBeyondStandard();
     }
