@@ -22,7 +22,7 @@ void NumericUpDown::limitText() const
 void NumericUpDown::keepReadOnly() const
 {
     QPalette palette = textbox->palette();
-    palette.setColor(QPalette::Base, Qt::transparent); // as the window around it, light or dark
+    palette.setColor(QPalette::Base, QColor(128, 128, 128, 48)); // dims light and dark windows
     textbox->setPalette(palette);
     // Screen readers can set the text of a read-only field.
     QObject::connect(textbox, &QLineEdit::textChanged, stepper,
