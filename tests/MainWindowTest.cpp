@@ -51,47 +51,22 @@ struct LayoutCase
     std::uint8_t pedals;
     int width;
     std::vector<int> leftToRight; ///< rows that are shown, by their place
-    QStringList names;            ///< of those rows
-    QString standardTitle;        ///< of the leftmost row
+    QStringView names;            ///< of those rows
+    QStringView standardTitle;    ///< of the leftmost row
 };
 
 TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
 {
-    const auto texts = [](const char *joined) {
-        return QString::fromUtf8(joined).split(QLatin1Char(','));
-    };
+    // clang-format off
     const std::vector<LayoutCase> cases{
-        {1,
-         680,
-         {1, 0, 2},
-         texts("Left Pedal,Pedal,Right Pedal"),
-         QStringLiteral("Set the Pedal (Standard)")},
-        {2,
-         680,
-         {1, 0, 2},
-         texts("Left Pedal,Right Pedal,Right Pedal"),
-         QStringLiteral("Set Left Pedal (Standard)")},
-        {3,
-         680,
-         {1, 0, 2},
-         texts("Left Pedal,Center Pedal,Right Pedal"),
-         QStringLiteral("Set Left Pedal (Standard)")},
-        {4,
-         905,
-         {3, 1, 0, 2},
-         texts("Left End Pedal,Left Pedal,Right PEdal,Right End Pedal"),
-         QStringLiteral("Set Left End Pedal (Standard)")},
-        {5,
-         1130,
-         {3, 1, 0, 2, 4},
-         texts("Left End Pedal,Left Pedal,Center Pedal,Right Pedal,Right End Pedal"),
-         QStringLiteral("Set Left End Pedal (S.)")},
-        {0,
-         680,
-         {1, 0, 2},
-         texts("Left Pedal,Center pedal,Right Pedal"),
-         QStringLiteral("Set the Pedal (Standard)")},
+        {1, 680, {1, 0, 2}, u"Left Pedal,Pedal,Right Pedal", u"Set the Pedal (Standard)"},
+        {2, 680, {1, 0, 2}, u"Left Pedal,Right Pedal,Right Pedal", u"Set Left Pedal (Standard)"},
+        {3, 680, {1, 0, 2}, u"Left Pedal,Center Pedal,Right Pedal", u"Set Left Pedal (Standard)"},
+        {4, 905, {3, 1, 0, 2}, u"Left End Pedal,Left Pedal,Right PEdal,Right End Pedal", u"Set Left End Pedal (Standard)"},
+        {5, 1130, {3, 1, 0, 2, 4}, u"Left End Pedal,Left Pedal,Center Pedal,Right Pedal,Right End Pedal", u"Set Left End Pedal (S.)"},
+        {0, 680, {1, 0, 2}, u"Left Pedal,Center pedal,Right Pedal", u"Set the Pedal (Standard)"},
     };
+    // clang-format on
     const auto usualFont =
         qScopeGuard([font = QApplication::font()] { QApplication::setFont(font); });
     auto *const explanationLabel =
@@ -125,7 +100,7 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
             EXPECT_LE(standard(row)->sizeHint().width(), 200) << "the title is cut off";
             EXPECT_LE(advanced(row)->sizeHint().width(), 190) << "the title is cut off";
         }
-        EXPECT_EQ(names, layout.names);
+        EXPECT_EQ(names.join(QLatin1Char(',')), layout.names);
         EXPECT_EQ(standard(layout.leftToRight.front())->text(), layout.standardTitle);
         for (const int row : {3, 4}) {
             const bool shown = std::ranges::count(layout.leftToRight, row) == 1;
