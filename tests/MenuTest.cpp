@@ -68,6 +68,8 @@ TEST_F(MenuTest, NamesItsItemsAndItsNotices)
 
 TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
 {
+    // As a desktop without a theme has it.
+    window.setStyleSheet(QStringLiteral("* { dialogbuttonbox-buttons-have-icons: 1 }"));
     for (const std::uint8_t pedals : {std::uint8_t{5}, std::uint8_t{3}}) {
         unit.memory().numberOfPedals = pedals;
         plugInAndWait();
