@@ -6,9 +6,10 @@ namespace kavelo {
 
 /// The text as widgets show it: "\r\n" and "\r", the line breaks of the program's texts, become
 /// "\n".
-[[nodiscard]] inline QString toScreenText(QString text)
+[[nodiscard]] inline QString toScreenText(QStringView text)
 {
-    return text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
+    return text.toString()
+        .replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
         .replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }
 

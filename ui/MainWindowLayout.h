@@ -7,8 +7,16 @@
 #include <array>
 #include <span>
 
-/// The main window's layouts, one per number of pedals. All lengths are device-independent pixels.
+/// The main window's layouts, one per number of pedals, and what it says above them. All lengths
+/// are device-independent pixels.
 namespace kavelo {
+
+constexpr QStringView ConnectExplanation =
+    u"Connect the Kavelo. The Kavelo will be automatically recognized.\r"
+    "If you do not set the Kavelo, exit this application.";
+constexpr QStringView SettingsExplanation =
+    u"The current settings for the Kavelo are shown below. \r"
+    "If you want to change the settings of a pedal, click the button corresponding to the pedal.";
 
 /// The texts of one pedal's column.
 struct PedalCaptions
