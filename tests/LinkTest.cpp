@@ -29,7 +29,7 @@ TEST_F(LinkTest, StartLeavesAChangePendingWithAndWithoutAUnit)
 TEST_F(LinkTest, FailuresAreToldOnceAndTheNextExchangeGetsItsOwnReply)
 {
     TickPeriod = std::chrono::milliseconds(20);
-    unit.setReplyDelay(std::chrono::milliseconds(5));
+    unit.setReplyDelay(18 * TickPeriod); // late enough for any tick that ends a wait too soon
     bus::plugIn(unit);
     HID_PnP link;
     for (const FaultKind fault : {FaultKind::RefuseSend, FaultKind::DropReply}) {

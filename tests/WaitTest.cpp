@@ -71,22 +71,27 @@ TEST_F(WaitTest, AWriteCannotBeCancelledAndNamesItsOwnPedal)
 {
     plugInAndWait();
     for (std::size_t exchange : {1U, 2U}) {
+        const auto selectAnother = [this] {
+            window.buttonSetPedal4Standard_Clicked();
+            EXPECT_EQ(window.findChildren<SettingDialogViewController *>().size(), 1);
+            SelectedPedalNo = 1;
+            PedalName = QStringLiteral("Left Pedal");
+        };
         requests.clear();
-        whenRequested(exchange, [this] {
+        whenRequested(exchange, [&] {
             QTest::keyClick(dialog(), Qt::Key_Escape);
             click(dialog()->findChild<QWidget *>(QStringLiteral("buttonCancel")));
             dialog()->close();
             EXPECT_NE(dialog(), nullptr);
             EXPECT_FALSE(standard(4)->isEnabled());
-            window.buttonSetPedal4Standard_Clicked();
-            EXPECT_EQ(window.findChildren<SettingDialogViewController *>().size(), 1);
             runTicks(1);
             EXPECT_FALSE(restoreItem()->isEnabled());
             InitialState = true;
             openAdvancedDialog();
-            SelectedPedalNo = 1;
-            PedalName = QStringLiteral("Left Pedal");
+            selectAnother();
         });
+        window.buttonSetPedal2Standard_Clicked();
+        selectAnother();
         boxes.answerWith(Qt::Key_Return);
         writeClick(2, exchange == 1 ? QStringLiteral("radiobuttonRightClick")
                                     : QStringLiteral("radiobuttonCenterClick"));
@@ -101,6 +106,30 @@ TEST_F(WaitTest, AWriteCannotBeCancelledAndNamesItsOwnPedal)
         EXPECT_TRUE(showsUnit(unit));
     }
     EXPECT_EQ(boxes.messages().size(), 2);
+}
+
+TEST_F(WaitTest, TheSecondLookLetsAWriteEndFirst)
+{
+    unit.setFault({.kind = FaultKind::DropReply, .exchange = 3});
+    boxes.answerWith(Qt::Key_Return);
+    bus::plugIn(unit);
+    ASSERT_TRUE(waitUntil([&] { return litRows().size() == MaxPedals; }));
+    boxes.answerWith(Qt::Key_Return);
+    writeClick(2, QStringLiteral("radiobuttonRightClick"));
+    EXPECT_EQ(boxes.messages().size(), 2) << "timeout, success";
+    EXPECT_EQ(unit.memory().pedals[2].record[0], 2);
+    EXPECT_TRUE(waitUntil([&] { return showsUnit(unit); }));
+}
+
+TEST_F(WaitTest, AUnitThatAnswersEverythingTwiceIsNotReadForEver)
+{
+    unit.setFault({.kind = FaultKind::AnswerTwice});
+    bus::plugIn(unit);
+    ASSERT_TRUE(waitUntil([&] { return requests.size() >= 2; }));
+    runTicks(30);
+    const std::size_t asked = requests.size();
+    runTicks(30);
+    EXPECT_EQ(requests.size(), asked);
 }
 
 TEST_F(WaitTest, ARestoreIsNotBrokenOffByAButton)

@@ -47,8 +47,8 @@ public:
     {
         if (isOvertaken()) {
             DeviceDetectedChanged = true;
-        } else {
-            m_window.m_readAgain = m_hasFailed && m_looksAgain;
+        } else if (m_hasFailed && m_looksAgain) {
+            m_window.m_readAgain = true;
         }
     }
 

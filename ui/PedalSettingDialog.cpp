@@ -1,6 +1,5 @@
 #include "PedalSettingDialog.h"
 
-#include "Alert.h"
 #include "MainWindowViewController.h"
 
 #include <QButtonGroup>
@@ -74,7 +73,6 @@ void PedalSettingDialog::done(int result)
     }
     m_dismissed = true;
     viewWillDisappear();
-    dismissQuestions(&m_presenter);
     QDialog::done(result);
     if (!isTakenDown()) {
         // The user has closed it and goes on in the main window, wherever the desktop would put the
