@@ -47,7 +47,7 @@ protected:
         SelectedPedalNo = 2;
         window.SetPedal2Advanced_clicked();
     }
-    QAction *restoreItem() { return window.menuItems().InitialStateToolStripMenuItem; }
+    QAction *restoreItem() { return window.menuItems().InitialStateToolStripMenuItem.get(); }
 
     MenuClass menu;
 };
