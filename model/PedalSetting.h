@@ -30,14 +30,17 @@ constexpr std::uint8_t OUTPUT_AT_CHANGE = 10;              ///< outputs on depre
 using CommonRecord = std::array<std::uint8_t, NUMBER_OF_COMMON_DATA>;
 using AdditionalBlock = std::array<std::uint8_t, ADDITIONAL_DATA_ONE_PEDAL>;
 
-// Set when the main window reads the unit or restores it and when a dialog builds a new record;
-// read by the description text, the dialogs and whoever sends a record.
+// A mode and a record are set by the main window when it reads them from the unit, by
+// `applyFactorySetting` and by the dialogs that edit them; read by the description text, the
+// dialogs and whoever sends a record. An additional block is only ever read from the unit, by
+// `readAdditionalData`, and only while the pedal's mode is PLURAL_SIMULTANEOUS_KEY_OUTPUT.
 inline std::array<std::uint8_t, MaxPedals> OutputMode{};
 inline std::array<CommonRecord, MaxPedals> CommonData{};
 inline std::array<AdditionalBlock, MaxPedals> AdditionalData{};
 
-/// The pedal being read, shown or edited, 0 to 4. Set by the main window; every operation on a row
-/// of the arrays works on this row.
+/// The pedal being read, restored, shown or edited, 0 to 4. Set by the main window when it reads,
+/// restores or opens the Standard dialog, and by a dialog before it writes; whoever opens the
+/// Advanced dialog sets it beforehand. IntoTwoCommonData() and IntoValue16() work on its record.
 inline int SelectedPedalNo = 0;
 
 /// One output of a mode 9 setting: a modifier byte and six key usage IDs (0 = no key there).
