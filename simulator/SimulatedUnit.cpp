@@ -15,18 +15,6 @@ PedalMemory *findPedal(UnitMemory &memory, std::uint8_t index)
     return exists ? &memory.pedals.at(index) : nullptr;
 }
 
-/// The bytes of one piece of an additional block; empty when there is no such pedal or piece.
-std::span<std::uint8_t> findPiece(UnitMemory &memory, std::uint8_t pedalIndex, std::uint8_t number)
-{
-    PedalMemory *const pedal = findPedal(memory, pedalIndex);
-    const std::size_t start = number * PieceSize;
-    if (pedal == nullptr || start >= pedal->additional.size()) {
-        return {};
-    }
-    const std::size_t size = std::min(PieceSize, pedal->additional.size() - start);
-    return std::span(pedal->additional).subspan(start, size);
-}
-
 bool getVersionNumber(SimulatedUnit &unit, const hid::Report & /*request*/, hid::Report &reply)
 {
     std::ranges::copy(unit.memory().version, reply.begin() + 2);
@@ -43,17 +31,6 @@ bool getNumberOfPedals(SimulatedUnit &unit, const hid::Report & /*request*/, hid
 bool setParameters(SimulatedUnit &unit, const hid::Report &request, hid::Report & /*reply*/)
 {
     std::copy_n(request.begin() + 1, unit.memory().timing.size(), unit.memory().timing.begin());
-    return true;
-}
-
-/// Request byte 1: the ability bits.
-bool setKeyboardMouseAbility(SimulatedUnit &unit, const hid::Report &request,
-                             hid::Report & /*reply*/)
-{
-    if (request[1] > 0b11) {
-        return false;
-    }
-    unit.memory().keyboardMouseAbility = request[1];
     return true;
 }
 
@@ -79,35 +56,15 @@ bool getOutputModeAndData(SimulatedUnit &unit, const hid::Report &request, hid::
     return true;
 }
 
-/// Reply byte 2: bit n for pedal n, set while it is depressed.
-bool getPedalState(SimulatedUnit &unit, const hid::Report & /*request*/, hid::Report &reply)
-{
-    reply[2] = unit.depressedPedals();
-    return true;
-}
-
-/// Request byte 1: pedal, byte 2: piece number, from byte 3 on the piece's 13 bytes, 11 in piece 4.
-bool setAdditionalData(SimulatedUnit &unit, const hid::Report &request, hid::Report & /*reply*/)
-{
-    const std::span<std::uint8_t> bytes = findPiece(unit.memory(), request[1], request[2]);
-    std::copy_n(request.begin() + 3, bytes.size(), bytes.begin());
-    return !bytes.empty();
-}
-
 bool getAdditionalData(SimulatedUnit &unit, const hid::Report &request, hid::Report &reply)
 {
-    const std::span<std::uint8_t> bytes = findPiece(unit.memory(), request[1], request[2]);
-    std::ranges::copy(bytes, reply.begin() + 2);
-    return !bytes.empty();
-}
-
-/// Request byte 1: 1 to 5 pedals.
-bool setNumberOfPedals(SimulatedUnit &unit, const hid::Report &request, hid::Report & /*reply*/)
-{
-    if (request[1] < 1 || request[1] > MaxPedals) {
+    const PedalMemory *const pedal = findPedal(unit.memory(), request[1]);
+    const std::size_t start = request[2] * PieceSize;
+    if (pedal == nullptr || start >= pedal->additional.size()) {
         return false;
     }
-    unit.memory().numberOfPedals = request[1];
+    const std::size_t size = std::min(PieceSize, pedal->additional.size() - start);
+    std::ranges::copy(std::span(pedal->additional).subspan(start, size), reply.begin() + 2);
     return true;
 }
 
@@ -118,17 +75,13 @@ struct Command
     bool (*carryOut)(SimulatedUnit &unit, const hid::Report &request, hid::Report &reply);
 };
 
-constexpr std::array<Command, 10> Commands{{
+constexpr std::array<Command, 6> Commands{{
     {GET_VERSION_NUMBER, getVersionNumber},
     {GET_NUMBER_OF_PEDALS, getNumberOfPedals},
     {SET_PARAMETERS, setParameters},
-    {SET_KEYBOARD_MOUSE_ABILITY, setKeyboardMouseAbility},
     {SET_OUTPUT_MODE_AND_DATA, setOutputModeAndData},
     {GET_OUTPUT_MODE_AND_DATA, getOutputModeAndData},
-    {GET_PEDAL_STATE, getPedalState},
-    {SET_ADDITIONAL_DATA, setAdditionalData},
     {GET_ADDITIONAL_DATA, getAdditionalData},
-    {SET_NUMBER_OF_PEDALS, setNumberOfPedals},
 }};
 
 } // namespace

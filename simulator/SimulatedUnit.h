@@ -40,8 +40,6 @@ struct UnitMemory
         static_cast<std::uint8_t>(DOUBLE_CLICK_ON_TIME),
         static_cast<std::uint8_t>(DOUBLE_CLICK_OFF_TIME),
     };
-    /// Bit 0: the keyboard interface works, bit 1: the mouse interface does.
-    std::uint8_t keyboardMouseAbility = 0b11;
     /// Left click, Enter, right click, left arrow, right arrow.
     std::array<PedalMemory, MaxPedals> pedals{{
         {.mode = SIMPLE_CLICK, .record = {1}},
@@ -114,10 +112,6 @@ public:
     void setMatching(const hid::Matching &matching) { m_matching = matching; }
     [[nodiscard]] const hid::Matching &matching() const { return m_matching; }
 
-    /// Which pedals are depressed: bit n for pedal n.
-    void setDepressedPedals(std::uint8_t mask) { m_depressedPedals = mask; }
-    [[nodiscard]] std::uint8_t depressedPedals() const { return m_depressedPedals; }
-
     /// How long the unit works on a request, 0 to MaxReplyDelay; 0 answers in the event loop's
     /// next turn. Requests already taken in keep the delay that they came with.
     void setReplyDelay(std::chrono::milliseconds delay);
@@ -168,7 +162,6 @@ private:
 
     hid::Matching m_matching = KaveloMatching;
     UnitMemory m_memory;
-    std::uint8_t m_depressedPedals = 0;
     bool m_powered = false;
 
     std::chrono::milliseconds m_replyDelay{0};
