@@ -53,9 +53,6 @@ constexpr std::string_view GET_ADDITIONAL_DATA_CHAR = "[Get Additional Data] Com
 constexpr std::uint8_t SET_NUMBER_OF_PEDALS = 0x99;
 constexpr std::string_view SET_NUMBER_OF_PEDALS_CHAR = "[Set Number of Pedals] Command";
 
-/// The display name of a command code; empty for a byte that is no command.
-[[nodiscard]] std::string_view commandName(std::uint8_t command);
-
 /// Additional data bytes carried by one reply.
 constexpr std::int32_t ADDITIONAL_DATA_ONE_TIME = 13;
 

@@ -4,8 +4,29 @@
 #include <QDateTime>
 #include <QFontDatabase>
 
+#include <algorithm>
+
 namespace kavelo {
 namespace {
+
+struct Command
+{
+    std::uint8_t code;
+    std::string_view name;
+};
+
+constexpr std::array<Command, 10> Commands{{
+    {GET_VERSION_NUMBER, GET_VERSION_NUMBER_CHAR},
+    {GET_NUMBER_OF_PEDALS, GET_NUMBER_OF_PEDALS_CHAR},
+    {SET_PARAMETERS, SET_PARAMETERS_CHAR},
+    {SET_KEYBOARD_MOUSE_ABILITY, SET_KEYBOARD_MOUSE_ABILITY_CHAR},
+    {SET_OUTPUT_MODE_AND_DATA, SET_OUTPUT_MODE_AND_DATA_CHAR},
+    {GET_OUTPUT_MODE_AND_DATA, GET_OUTPUT_MODE_AND_DATA_CHAR},
+    {GET_PEDAL_STATE, GET_PEDAL_STATE_CHAR},
+    {SET_ADDITIONAL_DATA, SET_ADDITIONAL_DATA_CHAR},
+    {GET_ADDITIONAL_DATA, GET_ADDITIONAL_DATA_CHAR},
+    {SET_NUMBER_OF_PEDALS, SET_NUMBER_OF_PEDALS_CHAR},
+}};
 
 QString timeText(const Exchange &exchange)
 {
@@ -16,9 +37,9 @@ QString timeText(const Exchange &exchange)
 
 QString commandText(const Exchange &exchange)
 {
-    const std::string_view name = commandName(exchange.request[0]);
-    return name.empty() ? QStringLiteral("Unknown command")
-                        : QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+    const auto *const command = std::ranges::find(Commands, exchange.request[0], &Command::code);
+    return command == Commands.end() ? QStringLiteral("Unknown command")
+                                     : QString::fromLatin1(command->name);
 }
 
 /// All bytes in groups of four, short enough for a request and its reply side by side.
