@@ -1,25 +1,35 @@
-#include "ModelFixture.h"
+#include "PedalSetting.h"
+#include "ModifierName.h"
+
+#include <QStringList>
+
+#include <gtest/gtest.h>
 
 namespace kavelo {
 namespace {
 
-class PedalSettingTest : public ModelTest
-{
-};
-
-TEST_F(PedalSettingTest, PacksSixteenBitsIntoTheSelectedRowHighByteFirst)
+TEST(PedalSetting, PacksSixteenBitsIntoTheSelectedRowHighByteFirst)
 {
     SelectedPedalNo = 3;
     IntoTwoCommonData(0x1234, 7);
     IntoTwoCommonData(0xFFFE, 11);
-    EXPECT_EQ(CommonData[3], (CommonRecord{0, 0, 0, 0, 0, 0, 0, 0x12, 0x34, 0, 0, 0xFF, 0xFE}));
+    const CommonRecord expected{0, 0, 0, 0, 0, 0, 0, 0x12, 0x34, 0, 0, 0xFF, 0xFE};
+    EXPECT_EQ(CommonData, (std::array<CommonRecord, MaxPedals>{{{}, {}, {}, expected, {}}}));
     EXPECT_EQ(IntoValue16(7), 0x1234);
     EXPECT_EQ(IntoValue16(11), 0xFFFE);
-    for (const std::size_t other : {0U, 1U, 2U, 4U}) {
-        EXPECT_EQ(CommonData.at(other), CommonRecord{});
-    }
     SelectedPedalNo = 4;
     EXPECT_EQ(IntoValue16(7), 0);
+}
+
+TEST(ModifierName, JoinsTheSetBitsInBitOrder)
+{
+    const QString all = QStringLiteral("(Left)control+(left)shift+(Left)option+(Left)command+"
+                                       "Right control+Right shift+Right option+Right command");
+    EXPECT_EQ(GetModifierName(0x00), QString());
+    EXPECT_EQ(GetModifierName(0xFF), all);
+    for (int bit = 0; bit < 8; ++bit) {
+        EXPECT_EQ(GetModifierName(static_cast<std::uint8_t>(1 << bit)), all.split(u'+').at(bit));
+    }
 }
 
 } // namespace
