@@ -10,6 +10,7 @@ namespace {
 
 TEST(PedalSetting, PacksSixteenBitsIntoTheSelectedRowHighByteFirst)
 {
+    CommonData = {};
     SelectedPedalNo = 3;
     IntoTwoCommonData(0x1234, 7);
     IntoTwoCommonData(0xFFFE, 11);
