@@ -89,17 +89,25 @@ TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
         for (std::size_t i = 0; i < refusals.size(); ++i) {
             SCOPED_TRACE(i);
             boxes.reactWith(refusals[i]);
-            chooseRestore();
-            ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
-            runTicks(1);
+            const std::string output = printed([&] {
+                chooseRestore();
+                EXPECT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+                runTicks(1);
+            });
+            EXPECT_EQ(output, i + 1 < refusals.size() ? "Canceled\n" : "others:0\n");
             EXPECT_EQ(boxes.messages().last(), RestoreQuestion);
             EXPECT_TRUE(requests.empty());
         }
 
         pedals == 5 ? boxes.answerWith(Qt::Key_Escape) : boxes.reactWith(afterTab(Qt::Key_Space));
         boxes.answerWith(Qt::Key_Return);
-        chooseRestore();
-        ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+        const std::string output = printed([&] {
+            chooseRestore();
+            EXPECT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+            runTicks(1);
+        });
+        EXPECT_EQ(output, "The selected Kavelo is returning to the initial state in time of "
+                          "factory shipment.\nalert_OK_pushed\n");
         EXPECT_EQ(boxes.messages().last(), Restored);
         EXPECT_EQ(requests.size(), pedals + 1U);
         EXPECT_EQ(requests.back()[0], SET_PARAMETERS);

@@ -1,3 +1,4 @@
+#include "AppDelegate.h"
 #include "MenuClass.h"
 #include "WindowTest.h"
 
@@ -68,7 +69,7 @@ protected:
 
     [[noreturn]] void run(const EndCase &end)
     {
-        QApplication::setQuitOnLastWindowClosed(true);
+        const AppDelegate delegate(*qApp);
         bus::plugIn(unit);
         if (!waitUntil([&] { return showsUnit(unit); })) {
             std::exit(2);

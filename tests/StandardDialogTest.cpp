@@ -184,7 +184,11 @@ TEST_F(StandardDialogTest, ShowsASettingOrAsksAboutOneBeyondTheStandard)
         if (!load.isWithinStandard) {
             boxes.answerWith(Qt::Key_Escape); // the OK button's key
         }
-        open(2);
+        const std::string output = printed([&] { open(2); });
+        EXPECT_EQ(output, load.isWithinStandard
+                              ? ""
+                              : "Settings in Pedal 2 is out of the Standard, but the user selected "
+                                "settings by the Standard.\n");
         ASSERT_NE(dialog(), nullptr);
         EXPECT_EQ(boxes.messages().size() - asked, load.isWithinStandard ? 0 : 1);
         EXPECT_EQ(shown(), load.shown);
@@ -197,7 +201,11 @@ TEST_F(StandardDialogTest, ShowsASettingOrAsksAboutOneBeyondTheStandard)
         if (!load.isWithinStandard) {
             EXPECT_EQ(boxes.messages().last(), Question);
             boxes.answerWith(Qt::Key_Return); // the Cancel button's key
-            open(2);
+            SettingEnabled = true;            // as another dialog has left it
+            EXPECT_EQ(printed([&] { open(2); }),
+                      "Settings in Pedal 2 is out of the Standard, and the user selected "
+                      "canceling.\n");
+            EXPECT_FALSE(SettingEnabled);
             EXPECT_EQ(dialog(), nullptr);
             EXPECT_FALSE(StandardSettingDialogOpen);
         }
@@ -269,6 +277,9 @@ TEST_F(StandardDialogTest, EveryChoiceSurvivesTheRoundThroughTheUnit)
                                                                                     : 1;
         boxes.answerWith(Qt::Key_Escape);
         open(3);
+        if (choice.radio == QStringLiteral("NoModifiers")) {
+            choose({0, QStringLiteral("WithModifiers"), 0, 0xF}); // ticks that must not count
+        }
         choose(choice);
         boxes.answerWith(Qt::Key_Return);
         click(write());
@@ -291,6 +302,7 @@ TEST_F(StandardDialogTest, WritingSendsTheRecordAndTheParametersAndNamesThePedal
     plugInAndWait();
     open(4);
     choose({0, QStringLiteral("WithModifiers"), 0, 2});
+    PedalName = QStringLiteral("Left Pedal"); // as another dialog has left it
     boxes.answerWith(Qt::Key_Return);
     click(write());
     EXPECT_EQ(boxes.messages().last(),
@@ -309,13 +321,13 @@ TEST_F(StandardDialogTest, ADialogEditsItsOwnPedalEvenWhileTheUnitIsStillBeingRe
          [&] {
              unit.setReplyDelay(std::chrono::milliseconds(1));
              open(0);
-             runTicks(1);
-             choose({1, QStringLiteral("RightClick"), -1, 0});
-             boxes.answerWith(Qt::Key_Return);
-             click(write());
          });
     const UnitMemory before = unit.memory();
     bus::plugIn(unit);
+    ASSERT_TRUE(waitUntil([&] { return dialog() != nullptr && showsUnit(unit); }));
+    choose({1, QStringLiteral("RightClick"), -1, 0});
+    boxes.answerWith(Qt::Key_Return);
+    click(write());
     ASSERT_TRUE(waitUntil([&] { return !boxes.messages().isEmpty() && showsUnit(unit); }));
     EXPECT_EQ(unit.memory().pedals[0].record[0], 2);
     EXPECT_TRUE(std::equal(before.pedals.begin() + 1, before.pedals.end(),

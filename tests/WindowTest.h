@@ -46,6 +46,14 @@ protected:
         window.show();
     }
 
+    /// What the program writes to standard output meanwhile.
+    static std::string printed(const std::function<void()> &action)
+    {
+        ::testing::internal::CaptureStdout();
+        action();
+        return ::testing::internal::GetCapturedStdout();
+    }
+
     template <class Control>
     Control *find(const char *name, int row)
     {
