@@ -11,6 +11,11 @@ using std::chrono::milliseconds;
 
 constexpr int ReadExchanges = 12; // of a unit set up by setFiveModes()
 
+std::uint8_t commandOf(const hid::Report &request)
+{
+    return request[0];
+}
+
 /// What must not slip into the waits of a read, a write or a restore.
 class WaitTest : public WindowTest
 {
@@ -117,6 +122,9 @@ TEST_F(WaitTest, TheSecondLookLetsAWriteEndFirst)
     boxes.answerWith(Qt::Key_Return);
     writeClick(2, QStringLiteral("radiobuttonRightClick"));
     EXPECT_EQ(boxes.messages().size(), 2) << "timeout, success";
+    const auto parameters = std::ranges::find(requests, SET_PARAMETERS, commandOf);
+    ASSERT_NE(parameters, requests.end());
+    EXPECT_EQ(commandOf(*(parameters - 1)), SET_OUTPUT_MODE_AND_DATA) << "nothing in between";
     EXPECT_EQ(unit.memory().pedals[2].record[0], 2);
     EXPECT_TRUE(waitUntil([&] { return showsUnit(unit); }));
 }
@@ -180,8 +188,7 @@ TEST_F(WaitTest, WhatFailsTwiceIsToldOnceAndCostsNoMoreThanItMust)
         requests.clear();
         bus::plugIn(unit);
         const auto isSecondLook = [&] {
-            return std::ranges::count(requests, hid::Report::value_type{GET_VERSION_NUMBER},
-                                      [](const hid::Report &request) { return request[0]; }) >= 2;
+            return std::ranges::count(requests, GET_VERSION_NUMBER, commandOf) >= 2;
         };
         ASSERT_TRUE(waitUntil([&] {
             return isSecondLook() && !Flag_send && int(litRows().size()) == mute.pedals &&

@@ -98,6 +98,9 @@ private:
     MainWindowViewController &m_window;
     const QPointer<QWidget> m_focus;
 };
+
+// Reading
+
 void MainWindowViewController::UpdateAppWindow()
 {
     enableCommands();
