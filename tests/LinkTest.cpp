@@ -26,6 +26,20 @@ TEST_F(LinkTest, StartLeavesAChangePendingWithAndWithoutAUnit)
     }
 }
 
+TEST_F(LinkTest, TheRemovalOfAnotherUnitIsNothingToTheLink)
+{
+    SimulatedUnit second;
+    bus::plugIn(unit);
+    bus::plugIn(second);
+    const HID_PnP link;
+    const hid::DeviceRef held = link.myDevice();
+    DeviceDetectedChanged = false;
+    bus::unplug(second);
+    runTicks(1);
+    EXPECT_EQ(link.myDevice(), held);
+    EXPECT_FALSE(DeviceDetectedChanged);
+}
+
 TEST_F(LinkTest, FailuresAreToldOnceAndTheNextExchangeGetsItsOwnReply)
 {
     TickPeriod = std::chrono::milliseconds(20);
