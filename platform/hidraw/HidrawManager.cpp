@@ -163,10 +163,7 @@ void HidrawManager::receiveEvents()
     case EINTR:
     case EINVAL: // a message that makes no sense; it is taken from the queue
         break;
-    case ENOBUFS: // events were lost
-        rescan();
-        break;
-    default: // it may stay readable for ever and keep the event loop from sleeping
+    default: // events were lost, or the socket may stay readable and keep the loop from sleeping
         complain("cannot listen to udev", errno);
         m_monitorNotifier.reset();
         m_monitor.reset();
