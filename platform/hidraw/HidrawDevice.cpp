@@ -13,9 +13,8 @@
 namespace kavelo::hid {
 namespace {
 
-/// The kernel keeps this many unread reports of a node. One wake-up reads no more, so that a unit
-/// that never stops sending can't hold up the event loop; what is left wakes it again.
-constexpr int ReportsPerWakeUp = 64;
+/// The kernel keeps this many unread reports of a node.
+constexpr int MostUnreadReports = 64;
 
 bool isPermissionError(int error)
 {
@@ -44,14 +43,9 @@ HidrawDevice::HidrawDevice(std::string syspath, std::string node)
 void HidrawDevice::registerInputReportCallback(std::span<std::uint8_t, ReportSize> buffer,
                                                InputReportCallback callback, void *context)
 {
+    // Without a callback, reports that still come in are read and dropped, so that none of them
+    // waits in the kernel to answer a later listener.
     m_callback = callback;
-    if (!callback) {
-        // Reports that still come in are read and dropped, so that none of them waits in the
-        // kernel to answer a later listener.
-        m_buffer = {};
-        m_context = nullptr;
-        return;
-    }
     m_buffer = buffer;
     m_context = context;
     ensureOpen();
@@ -100,7 +94,7 @@ bool HidrawDevice::ensureOpen()
         return false;
     }
     m_notifier = std::make_unique<QSocketNotifier>(m_file.get(), QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &HidrawDevice::readReports);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &HidrawDevice::readReport);
     return true;
 }
 
@@ -127,7 +121,7 @@ FileDescriptor HidrawDevice::openForUsAlone()
     }
     // What came in before the lock was ours may be a reply to the other program.
     Report dropped = {};
-    for (int i = 0; i < ReportsPerWakeUp; ++i) {
+    for (int i = 0; i < MostUnreadReports; ++i) {
         if (::read(file.get(), dropped.data(), dropped.size()) <= 0) {
             break;
         }
@@ -143,37 +137,24 @@ void HidrawDevice::refuse(const std::string &reason)
     Q_EMIT refused();
 }
 
-void HidrawDevice::readReports()
-{
-    // A callback may let go of the last reference to this device.
-    const std::shared_ptr<HidrawDevice> self = shared_from_this();
-    for (int i = 0; i < ReportsPerWakeUp && m_file; ++i) {
-        if (!readReport()) {
-            return;
-        }
-    }
-}
-
-/// Takes one report from the node. False when none is left.
-bool HidrawDevice::readReport()
+/// Takes one report from the node. The next one wakes the event loop again, so that a unit that
+/// never stops sending can't hold it up.
+void HidrawDevice::readReport()
 {
     // Of a report longer than this the kernel drops the rest.
     Report report = {};
     const ssize_t received =
         uninterrupted([&] { return ::read(m_file.get(), report.data(), report.size()); });
     if (received < 0 && errno == EAGAIN) {
-        return false;
+        return;
     }
     if (received <= 0) {
         Q_EMIT gone();
-        return false;
-    }
-    if (m_callback) {
+    } else if (m_callback) {
         const auto filled = m_buffer.first(static_cast<std::size_t>(received));
         std::copy_n(report.begin(), filled.size(), filled.begin());
-        m_callback(m_context, filled);
+        m_callback(m_context, filled); // comes last: it may let go of this device
     }
-    return true;
 }
 
 } // namespace kavelo::hid

@@ -19,9 +19,7 @@ namespace kavelo::hid {
 ///
 /// A node that is refused at its first use stays refused to whoever holds this device; once it can
 /// be opened, it is for a new device to do so.
-class HidrawDevice : public QObject,
-                     public Device,
-                     public std::enable_shared_from_this<HidrawDevice>
+class HidrawDevice : public QObject, public Device
 {
     Q_OBJECT
 
@@ -55,8 +53,7 @@ private:
     bool ensureOpen();
     FileDescriptor openForUsAlone();
     void refuse(const std::string &reason);
-    void readReports();
-    bool readReport();
+    void readReport();
 
     std::string m_syspath;
     std::string m_node;
