@@ -1,34 +1,22 @@
 #include "BoxWatcher.h"
 #include "Footprint.h"
 #include "MainWindowViewController.h"
-#include "MockBus.h"
-#include "SimulatedUnit.h"
-
-#include <gtest/gtest.h>
+#include "MockDevice.h"
 
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QScopedValueRollback>
-#include <QTest>
 
 #include <chrono>
-#include <memory>
-#include <string>
 
 namespace kavelo::test {
 namespace {
 
-constexpr std::size_t RequestsOfARead = 3; // of a unit with one pedal
-
-/// The main window and a unit of one pedal on the mock bus.
+/// The main window and a unit of one pedal.
 class Product : public testing::Test
 {
 protected:
-    explicit Product(std::chrono::milliseconds tickPeriod = TickPeriod)
-        : tick(TickPeriod, tickPeriod)
-    {
-        unit.memory().numberOfPedals = 1;
-    }
+    Product() { unit.memory().numberOfPedals = 1; }
 
     void openWindow()
     {
@@ -37,52 +25,30 @@ protected:
         window->show();
         text = window->findChild<QPlainTextEdit *>(QStringLiteral("textboxPedal0Contents"));
     }
-    static bool waitUntil(const std::function<bool()> &holds)
-    {
-        return QTest::qWaitFor(holds, 20000);
-    }
     bool shows(const char *expected)
     {
         return waitUntil([&] { return text->toPlainText() == QLatin1String(expected); });
     }
+    /// Whether the unit has been read so many times, each of which takes three requests.
     bool wasRead(std::size_t times)
     {
-        return waitUntil([&] { return bus.writes(node).size() == times * RequestsOfARead; });
-    }
-
-    /// One stay of the unit on the bus.
-    void plugInAndOut()
-    {
-        node = bus.plug({.firmware = &unit});
-        EXPECT_TRUE(shows(Setting));
-        EXPECT_TRUE(wasRead(1));
-        bus.unplug(node);
-        ASSERT_TRUE(shows(""));
-        EXPECT_FALSE(text->isVisible());
+        return waitUntil([&] { return device->writes.size() == times * 3; });
     }
 
     static constexpr const char *Setting = "[Set function] Click\n[Button] Left";
 
-    QScopedValueRollback<std::chrono::milliseconds> tick;
+    const QScopedValueRollback<std::chrono::milliseconds> tick{TickPeriod};
     SimulatedUnit unit;
-    MockBus bus;
-    std::string node;
+    std::optional<MockDevice> device;
     BoxWatcher boxes;
     std::unique_ptr<MainWindowViewController> window;
     QPlainTextEdit *text = nullptr;
 };
 
-TEST_F(Product, ShowsAUnitOnHidrawAndBlanksTheWindowWhenItGoes)
-{
-    openWindow();
-    plugInAndOut();
-    plugInAndOut();
-}
-
 TEST_F(Product, KeepsItsUnitFromASecondProgramThatTakesItWhenTheFirstLetsGo)
 {
     openWindow();
-    node = bus.plug({.firmware = &unit});
+    device.emplace(DeviceKind{.firmware = &unit});
     ASSERT_TRUE(shows(Setting));
     QProcess other;
     other.start(QStringLiteral(KAVELO_PROGRAM), {});
@@ -105,17 +71,20 @@ TEST_F(Product, KeepsItsUnitFromASecondProgramThatTakesItWhenTheFirstLetsGo)
 /// The parameter is the number of rounds.
 class LongRun : public Product, public testing::WithParamInterface<int>
 {
-protected:
-    LongRun()
-        : Product(std::chrono::milliseconds(10))
-    {
-    }
 };
 
 TEST_P(LongRun, PlugInsOnHidrawLeaveNothingBehind)
 {
+    TickPeriod = std::chrono::milliseconds(10);
     openWindow();
-    expectSteadyFootprint(*window, GetParam(), [this](int) { plugInAndOut(); });
+    expectSteadyFootprint(*window, GetParam(), [this](int) {
+        device.emplace(DeviceKind{.firmware = &unit});
+        ASSERT_TRUE(shows(Setting));
+        ASSERT_TRUE(wasRead(1));
+        device.reset();
+        ASSERT_TRUE(shows(""));
+        ASSERT_FALSE(text->isVisible());
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(Short, LongRun, testing::Values(50));

@@ -2,62 +2,44 @@
 
 #include <gtest/gtest.h>
 
+#include <QByteArray>
+
+#include <utility>
+
 namespace kavelo::test {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-using Pages = std::vector<std::uint16_t>;
-
-struct Case
-{
-    const char *name;
-    Bytes descriptor;
-    Pages pages;
+// 05/06/07 usage page, 09/0B usage, 1B usage minimum, 81 input, A101 application collection, A100
+// physical collection, C0 end of collection, A4 push, B4 pop, FE long item.
+// clang-format off
+const std::pair<const char *, std::vector<std::uint16_t>> Cases[] = {
+    {"0700FF0000 0901 A101 C0", {0xFF00}}, // the page in four bytes
+    {"0501 0901 0600FF A101", {0xFF00}}, // page declared after the usage
+    {"0501 0B010000FF A101 C0", {0xFF00}}, // extended usage
+    {"0501 1B010000FF A101", {0xFF00}}, // extended usage minimum
+    {"0501 0906 0B010000FF A101", {1}}, // of two usages the first counts
+    // a usage ends with a collection
+    {"0501 0B010000FF A101 0B01000200 C0 A101 C0 0B010000FF A101", {0xFF00, 1, 0xFF00}},
+    {"0501 0B010000FF 8102 0906 A101", {1}}, // and with any other main item
+    {"0501 0906 A101 A100 C0 0600FF 0901 A101", {1}}, // nested application collection
+    {"0600FF 0901 A100 A101 C0 C0", {}}, // inside a physical collection
+    {"0600FF 0901 A0", {}}, // collection without a type
+    {"0600FF A4 0501 B4 0901 A101", {0xFF00}}, // pop gives the page back
+    {"0600FF B4 0901 A101", {0xFF00}}, // pop of nothing
+    {"C0 C0 0600FF 0901 A101", {0xFF00}}, // end of nothing
+    {"0501 FE0510 0600FFA101 0906 A101", {1}}, // long item holding a collection
+    {"0600FF 0901 FE0610 A101", {}}, // truncated long item
+    {"0600FF A101 FE", {0xFF00}}, // a long item's header cut
+    {"0600FF 0901 A1", {}}, // truncated collection
 };
-
-// Items used throughout: 05/06/07 usage page, 09/0A/0B usage, A1 01 application collection,
-// A1 00 physical collection, C0 end of collection, A4 push, B4 pop, FE long item.
-const std::vector<Case> Cases = {
-    {"vendor page in four bytes", {0x07, 0x00, 0xFF, 0, 0, 0x09, 1, 0xA1, 1, 0xC0}, {0xFF00}},
-    {"vendor page second",
-     {0x05, 1, 0x09, 6, 0xA1, 1, 0xC0, 0x06, 0x00, 0xFF, 0x09, 1, 0xA1, 1, 0xC0},
-     {0x0001, 0xFF00}},
-    {"page declared after the usage", {0x05, 1, 0x09, 1, 0x06, 0x00, 0xFF, 0xA1, 1}, {0xFF00}},
-    {"extended usage", {0x05, 0x01, 0x0B, 0x01, 0x00, 0x00, 0xFF, 0xA1, 0x01, 0xC0}, {0xFF00}},
-    {"extended usage minimum", {0x05, 1, 0x1B, 1, 0, 0x00, 0xFF, 0xA1, 1}, {0xFF00}},
-    {"of two usages the first counts",
-     {0x05, 0x01, 0x09, 0x06, 0x0B, 0x01, 0x00, 0x00, 0xFF, 0xA1, 0x01},
-     {0x0001}},
-    {"a usage ends with its collection",
-     {0x05, 1, 0x0B, 1, 0, 0x00, 0xFF, 0xA1, 1, 0x0B, 1, 0, 2, 0, 0xC0, 0x09, 6, 0xA1, 1},
-     {0xFF00, 0x0001}},
-    {"a usage ends with a main item",
-     {0x05, 0x01, 0x0B, 0x01, 0x00, 0x00, 0xFF, 0x81, 0x02, 0x09, 0x06, 0xA1, 0x01},
-     {0x0001}},
-    {"nested application collection",
-     {0x05, 1, 0x09, 6, 0xA1, 1, 0xA1, 0, 0xC0, 0x06, 0x00, 0xFF, 0x09, 1, 0xA1, 1},
-     {0x0001}},
-    {"inside a physical collection",
-     {0x06, 0x00, 0xFF, 0x09, 0x01, 0xA1, 0x00, 0xA1, 0x01, 0xC0, 0xC0},
-     {}},
-    {"collection without a type", {0x06, 0x00, 0xFF, 0x09, 0x01, 0xA0}, {}},
-    {"pop gives the page back",
-     {0x06, 0x00, 0xFF, 0xA4, 0x05, 0x01, 0xB4, 0x09, 0x01, 0xA1, 0x01},
-     {0xFF00}},
-    {"pop of nothing", {0x06, 0x00, 0xFF, 0xB4, 0x09, 0x01, 0xA1, 0x01}, {0xFF00}},
-    {"end of nothing", {0xC0, 0xC0, 0x06, 0x00, 0xFF, 0x09, 0x01, 0xA1, 0x01}, {0xFF00}},
-    {"long item holding a collection",
-     {0x05, 1, 0xFE, 0x05, 0x10, 0x06, 0x00, 0xFF, 0xA1, 0x01, 0x09, 6, 0xA1, 1},
-     {0x0001}},
-    {"truncated long item", {0x06, 0x00, 0xFF, 0x09, 0x01, 0xFE, 0x06, 0x10, 0xA1, 0x01}, {}},
-    {"long item's header cut", {0x06, 0x00, 0xFF, 0xA1, 0x01, 0xFE}, {0xFF00}},
-    {"truncated collection", {0x06, 0x00, 0xFF, 0x09, 0x01, 0xA1}, {}},
-};
+// clang-format on
 
 TEST(ReportDescriptor, FindsThePagesOfTheTopLevelApplicationCollections)
 {
-    for (const Case &row : Cases) {
-        EXPECT_EQ(hid::applicationUsagePages(row.descriptor), row.pages) << row.name;
+    for (const auto &[items, pages] : Cases) {
+        const QByteArray bytes = QByteArray::fromHex(items);
+        const std::vector<std::uint8_t> descriptor(bytes.begin(), bytes.end());
+        EXPECT_EQ(hid::applicationUsagePages(descriptor), pages) << items;
     }
 }
 
