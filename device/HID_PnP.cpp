@@ -1,6 +1,7 @@
 #include "HID_PnP.h"
 
 #include "Alert.h"
+#include "Log.h"
 #include "RunLoop.h"
 
 #include <QScopedValueRollback>

@@ -3,6 +3,7 @@
 #include "AdditionalDataTransfer.h"
 #include "Alert.h"
 #include "FactorySettings.h"
+#include "Log.h"
 #include "MainWindowLayout.h"
 #include "Protocol.h"
 #include "ScreenText.h"

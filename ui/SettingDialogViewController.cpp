@@ -1,6 +1,7 @@
 #include "SettingDialogViewController.h"
 
 #include "Alert.h"
+#include "Log.h"
 #include "MainWindowViewController.h"
 #include "PedalSetting.h"
 #include "Protocol.h"

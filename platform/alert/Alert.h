@@ -25,7 +25,4 @@ enum class Answer {
 /// Takes down the open questions of `parent`; each is then answered None.
 void dismissQuestions(QWidget *parent);
 
-/// Writes one line to standard output at once.
-void logLine(const QString &line);
-
 } // namespace kavelo

@@ -1,5 +1,6 @@
 #include "Alert.h"
 
+#include "Log.h"
 #include "ScreenText.h"
 
 #include <QApplication>
@@ -9,8 +10,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
-
-#include <cstdio>
 
 namespace kavelo {
 namespace {
@@ -84,12 +83,6 @@ QWidget *windowInUse()
 }
 
 } // namespace
-
-void logLine(const QString &line)
-{
-    std::puts(qUtf8Printable(line));
-    std::fflush(stdout);
-}
 
 void alertBox(const QString &Message)
 {
