@@ -16,7 +16,7 @@ class SimulatorPanel;
 
 /// A round through all windows on a simulated five-pedal unit, for machines without a display:
 /// shows, edits and restores it with clicks and keys, prints what the windows say, and saves a
-/// picture of every window. It stops where a window does not show what the unit holds.
+/// picture of every window. It stops where a window does not do what it was asked to.
 class Tour
 {
 public:
@@ -29,6 +29,8 @@ public:
 
 private:
     [[nodiscard]] bool showUnit();
+    /// Changes the unit and makes it fail, in the panel beside the window.
+    [[nodiscard]] bool drivePanel();
     [[nodiscard]] bool showEveryNumberOfPedals();
     [[nodiscard]] bool askAboutSettingBeyondStandard();
     [[nodiscard]] bool editPedal();
@@ -39,8 +41,6 @@ private:
     [[nodiscard]] bool waitForPedals(int pedals);
     /// Opens the Advanced dialog from the panel; null when it does not come.
     [[nodiscard]] AdvancedSettingDialogViewController *openAdvancedDialog(int pedal);
-    /// Whether the window, its settings and the unit's memory say the same.
-    [[nodiscard]] bool showsWhatTheUnitHolds();
     void printPedals();
     void picture(QWidget &widget, const QString &name);
     /// The next message box is photographed and answered with `key`.
