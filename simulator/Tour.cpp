@@ -30,8 +30,6 @@
 namespace kavelo {
 namespace {
 
-using namespace std::chrono_literals;
-
 /// Time for a window to do what it was asked to.
 constexpr int Patience = 20000; // ms
 
@@ -141,7 +139,7 @@ bool Tour::drivePanel()
     click(control<QPushButton>(m_panel, QStringLiteral("clear")));
     return areListed && exchanges.rowCount() == 0 &&
            m_unit.memory().version == std::array<std::uint8_t, 3>{2, 9, 7} &&
-           m_unit.replyDelay() == 1ms && m_unit.lateness() == 70ms;
+           m_unit.replyDelay().count() == 1 && m_unit.lateness().count() == 70;
 }
 
 bool Tour::showEveryNumberOfPedals()
