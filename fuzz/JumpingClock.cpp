@@ -2,19 +2,19 @@
 // stands still while the program works, and where the program would sleep it jumps to the end of
 // the sleep. The two functions below take the C library's place for all libraries of the process.
 
+#include "Require.h"
+
 #include <poll.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <ctime>
 
-namespace {
-
 using namespace std::chrono;
+
+namespace {
 
 /// What one look at the clock takes. A loop that waits for the time to pass without sleeping ends.
 constexpr nanoseconds LookTime{1000};
@@ -38,13 +38,9 @@ extern "C" int ppoll(pollfd *files, nfds_t count, const timespec *timeout, const
 {
     timespec none{};
     const auto ready = syscall(SYS_ppoll, files, count, &none, mask, _NSIG / 8);
-    if (ready != 0) {
-        return static_cast<int>(ready);
+    if (ready == 0) {
+        kavelo::require(timeout != nullptr, "the program does not sleep for ever");
+        now += seconds(timeout->tv_sec) + nanoseconds(timeout->tv_nsec);
     }
-    if (timeout == nullptr) {
-        std::fputs("The program sleeps for ever.\n", stderr);
-        std::abort();
-    }
-    now += seconds(timeout->tv_sec) + nanoseconds(timeout->tv_nsec);
-    return 0;
+    return static_cast<int>(ready);
 }

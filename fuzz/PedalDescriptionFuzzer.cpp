@@ -2,47 +2,24 @@
 #include "PedalSetting.h"
 #include "Require.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
-#include <span>
 #include <tuple>
 
-namespace kavelo {
-namespace {
-
-/// Fills the row with the first of the bytes and with zeros where there are none left.
-void take(std::span<const std::uint8_t> &bytes, std::span<std::uint8_t> row)
-{
-    const std::size_t size = std::min(bytes.size(), row.size());
-    const auto end = std::ranges::copy(bytes.first(size), row.begin()).out;
-    std::fill(end, row.end(), std::uint8_t{0});
-    bytes = bytes.subspan(size);
-}
-
-void checkText(const QString &text)
-{
-    require(text.isValidUtf16(), "the text is valid");
-    const QStringList lines = text.split(QStringLiteral("\r\n"));
-    for (const QString &line : lines) {
-        require(line.isEmpty() || line.startsWith(u'['), "every line has a label");
-        require(!line.contains(u'\r') && !line.contains(u'\n'), "lines end with CR and LF");
-    }
-}
-
-} // namespace
-} // namespace kavelo
-
 /// The input is a mode, a common record and an additional block, those of the last pedal, so that
-/// a read past the arrays shows.
+/// a read past the arrays shows. What it lacks is zeros.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     using namespace kavelo;
     constexpr std::size_t Last = MaxPedals - 1;
-    std::span input(bytes, size);
-    take(input, std::span(OutputMode).subspan(Last));
-    take(input, CommonData[Last]);
-    take(input, AdditionalData[Last]);
+    std::array<std::uint8_t, 1 + NUMBER_OF_COMMON_DATA + ADDITIONAL_DATA_ONE_PEDAL> input{};
+    std::copy_n(bytes, std::min(size, input.size()), input.begin());
+    OutputMode[Last] = input[0];
+    std::copy_n(&input[1], NUMBER_OF_COMMON_DATA, CommonData[Last].begin());
+    std::ranges::copy(std::span(input).last<ADDITIONAL_DATA_ONE_PEDAL>(),
+                      AdditionalData[Last].begin());
 
     const auto before = std::tuple(OutputMode, CommonData, AdditionalData);
     const QString text = PedalDescription(Last);
@@ -52,6 +29,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
         return 0;
     }
     require(text.startsWith(QStringLiteral("[Set function] ")), "the function comes first");
-    checkText(text);
+    require(text.isValidUtf16(), "the text is valid");
+    const QStringList lines = text.split(QStringLiteral("\r\n"));
+    for (const QString &line : lines) {
+        require(line.isEmpty() || line.startsWith(u'['), "every line has a label");
+        require(!line.contains(u'\r') && !line.contains(u'\n'), "lines end with CR and LF");
+    }
+    const QRegularExpression output(QStringLiteral("^\\[[^]]*Output"));
+    require(OutputMode[Last] != PLURAL_SIMULTANEOUS_KEY_OUTPUT ||
+                lines.filter(output).size() ==
+                    std::clamp(CommonData[Last][3] & 0x7F, 1, NUMBER_OF_PSKO_OUTPUT),
+            "every output of a sequence has a line");
     return 0;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 
 namespace kavelo {
 
@@ -9,9 +9,7 @@ namespace kavelo {
 inline void require(bool holds, const char *what)
 {
     if (!holds) {
-        std::fputs("Does not hold: ", stderr);
-        std::fputs(what, stderr);
-        std::fputc('\n', stderr);
+        std::cerr << "Does not hold: " << what << '\n';
         std::abort();
     }
 }
