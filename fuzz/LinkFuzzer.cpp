@@ -58,6 +58,7 @@ struct TracedUnit
 struct TaggedExchange
 {
     bus::AttachmentRef unit; ///< that it is meant for
+    hid::Report request;
     std::vector<hid::Report> replies;
 };
 
@@ -128,6 +129,8 @@ private:
         TaggedExchange &exchange = m_exchanges.at(++m_tag);
         exchange.unit = held();
         OutputPacketBuffer[1] = m_tag;
+        exchange.request = OutputPacketBuffer;
+        exchange.request[0] = command;
         const int disturbances = m_disturbancesOver;
         if (m_link.Communicate(command, messageOn)) {
             return false;
@@ -148,6 +151,8 @@ private:
             require(isHeld, "a request goes to the held unit");
             require(!isTagged || m_exchanges.at(tag).unit == unit,
                     "a request goes to the unit that it is meant for");
+            require(!isTagged || m_exchanges.at(tag).request == exchange.request,
+                    "a request goes out as it was asked for");
             if (traced.pending.empty()) {
                 m_disturbancesOver = m_disturbances;
             }

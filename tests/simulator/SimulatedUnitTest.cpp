@@ -32,11 +32,9 @@ TEST(SimulatedUnitTest, RejectsWhatItCannotDoAndWorksOnOneRequestAtATime)
     }
     EXPECT_EQ(unit.memory(), before);
     unit.memory().numberOfPedals = 255;
-    EXPECT_EQ(send({{0x95, 5}}).at(0), (hid::Report{0x95, 5, 0xFF}));
-
-    const hid::Report written{0x94, 1, SIMPLE_CLICK, 4};
-    EXPECT_EQ(send({written, {0x95, 1}, {0x91}}),
-              (std::vector<hid::Report>{{0x94, 1}, {0x95, 1, SIMPLE_CLICK, 4}, {0x91, 0, 255}}));
+    EXPECT_EQ(send({{0x95, 5}, {0x94, 1, SIMPLE_CLICK, 4}, {0x95, 1}, {0x91}}),
+              (std::vector<hid::Report>{
+                  {0x95, 5, 0xFF}, {0x94, 1}, {0x95, 1, SIMPLE_CLICK, 4}, {0x91, 0, 255}}));
     EXPECT_TRUE(unit.receive({0x94, 2, SIMPLE_CLICK, 2}));
     unit.setPowered(false);
     EXPECT_FALSE(unit.receive({0x91}));
