@@ -149,10 +149,9 @@ private:
         const bool isHeld = unit && unit->unit == &traced.unit;
         if (exchange.outcome == Exchange::Outcome::Waiting) {
             require(isHeld, "a request goes to the held unit");
-            require(!isTagged || m_exchanges.at(tag).unit == unit,
-                    "a request goes to the unit that it is meant for");
-            require(!isTagged || m_exchanges.at(tag).request == exchange.request,
-                    "a request goes out as it was asked for");
+            const TaggedExchange &asked = m_exchanges.at(tag);
+            require(!isTagged || (asked.unit == unit && asked.request == exchange.request),
+                    "a request goes as it was made to the unit that it is meant for");
             if (traced.pending.empty()) {
                 m_disturbancesOver = m_disturbances;
             }
@@ -176,8 +175,8 @@ private:
         }
         require(unit ? unit->unit != nullptr : bus::attachments().empty(),
                 "a unit that is there is held");
-        require(isConnected == (unit != nullptr), "isConnected");
-        require(DeviceDetected == isConnected, "DeviceDetected");
+        require(isConnected == (unit != nullptr) && DeviceDetected == isConnected,
+                "isConnected and DeviceDetected tell whether a unit is held");
         require(!Flag_send || m_sendsOneWay, "no exchange is left open");
         require(!flag_MyNewDeviceCallback && !flag_MyRemovalCallback, "no callback is left open");
         require(!m_dialogsUnit || m_dialogsUnit->unit != nullptr || CloseStandardSetting,
@@ -249,6 +248,12 @@ private:
 
 } // namespace
 } // namespace kavelo
+
+/// Read by LeakSanitizer: what fontconfig keeps until the process is gone is no leak.
+extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
+{
+    return "leak:libfontconfig";
+}
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {

@@ -17,9 +17,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
     std::array<std::uint8_t, 1 + NUMBER_OF_COMMON_DATA + ADDITIONAL_DATA_ONE_PEDAL> input{};
     std::copy_n(bytes, std::min(size, input.size()), input.begin());
     OutputMode[Last] = input[0];
-    std::copy_n(&input[1], NUMBER_OF_COMMON_DATA, CommonData[Last].begin());
-    std::ranges::copy(std::span(input).last<ADDITIONAL_DATA_ONE_PEDAL>(),
-                      AdditionalData[Last].begin());
+    const auto rows = std::span(input).subspan<1>();
+    std::ranges::copy(rows.first<NUMBER_OF_COMMON_DATA>(), CommonData[Last].begin());
+    std::ranges::copy(rows.last<ADDITIONAL_DATA_ONE_PEDAL>(), AdditionalData[Last].begin());
 
     const auto before = std::tuple(OutputMode, CommonData, AdditionalData);
     const QString text = PedalDescription(Last);
