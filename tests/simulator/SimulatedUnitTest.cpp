@@ -25,8 +25,8 @@ TEST(SimulatedUnitTest, RejectsWhatItCannotDoAndWorksOnOneRequestAtATime)
     unit.setPowered(true);
     unit.memory().numberOfPedals = 4;
     const UnitMemory before = unit.memory();
-    const std::vector<hid::Report> rejected = {{0x8F, 1}, {0x93, 1},    {0x94, 4, 1},  {0x95, 4},
-                                               {0x98, 4}, {0x98, 1, 5}, {0x98, 1, 255}};
+    const std::vector<hid::Report> rejected = {{0x8F, 1}, {0x93, 1},    {0x94, 4, 1}, {0x95, 4},
+                                               {0x98, 4}, {0x98, 1, 5}, {0x98, 1, 20}};
     for (const hid::Report &request : rejected) {
         EXPECT_EQ(send({request}).at(0), (hid::Report{request[0], request[1], 0xFF}));
     }
