@@ -34,16 +34,13 @@ std::vector<qsizetype> characterBounds(const QString &text)
     return bounds;
 }
 
-/// Characters `first` to `last` of `text`, both included; empty unless `text` has them all.
+/// Characters `first` to `last` of `text`, both included, which it must have.
 QString charactersOf(const QString &text, int first, int last)
 {
     const std::vector<qsizetype> bounds = characterBounds(text);
     const auto from = static_cast<std::size_t>(first);
     const auto end = static_cast<std::size_t>(last) + 1;
-    if (first < 0 || last < first || end >= bounds.size()) {
-        return {};
-    }
-    return text.mid(bounds[from], bounds[end] - bounds[from]);
+    return text.mid(bounds.at(from), bounds.at(end) - bounds.at(from));
 }
 
 int numberOfCharacters(const QString &text)

@@ -4,8 +4,7 @@
 
 /// Read by LeakSanitizer: fontconfig keeps its configuration until the process is gone, which shows
 /// where a test ends its process at once.
-extern "C" const char *__lsan_default_suppressions(); // NOLINT(bugprone-reserved-identifier)
-extern "C" const char *__lsan_default_suppressions()  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
 {
     return "leak:libfontconfig";
 }
