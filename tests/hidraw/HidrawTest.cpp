@@ -176,6 +176,7 @@ TEST_F(Hidraw, ADeadNodeIsARemovalAtOnceAndOnlyOnce)
         settle();
         const int node = nextDescriptor();
         ASSERT_TRUE(send(device)); // a reply is now waited for
+        EXPECT_EQ(::fcntl(node, F_GETFD), FD_CLOEXEC) << "no child inherits it";
         isReadable ? unit->cut() : breakDescriptor(node);
         ASSERT_TRUE(waitUntil([&] { return !removals.empty(); }));
         EXPECT_EQ(manager->copyDevices(), Devices());
