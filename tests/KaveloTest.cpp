@@ -7,24 +7,13 @@
 #include <QTest>
 #include <QTimer>
 
-#include <utility>
-
 namespace kavelo {
-namespace {
 
-void resetModuleState()
+KaveloTest::KaveloTest(std::chrono::milliseconds tickPeriod)
 {
     resetLinkState();
     InitialState = SettingEnabled = timer2state = false;
     PedalName.clear();
-    TickPeriod = DefaultTickPeriod;
-}
-
-} // namespace
-
-KaveloTest::KaveloTest(std::chrono::milliseconds tickPeriod)
-{
-    resetModuleState();
     TickPeriod = tickPeriod;
     QObject::connect(&unit, &SimulatedUnit::exchanged, &unit, [this](const Exchange &exchange) {
         if (exchange.outcome == Exchange::Outcome::Waiting ||
@@ -37,7 +26,6 @@ KaveloTest::KaveloTest(std::chrono::milliseconds tickPeriod)
 KaveloTest::~KaveloTest()
 {
     EXPECT_TRUE(boxes.isDone()) << "a message box did not come";
-    resetModuleState();
 }
 
 bool KaveloTest::waitUntil(const std::function<bool()> &condition)
@@ -45,22 +33,28 @@ bool KaveloTest::waitUntil(const std::function<bool()> &condition)
     return QTest::qWaitFor(condition, 20000);
 }
 
-void KaveloTest::when(std::function<bool()> condition, std::function<void()> action)
+void KaveloTest::when(const std::function<bool()> &condition, const std::function<void()> &action)
 {
     auto *poll = new QTimer(&unit);
-    QObject::connect(poll, &QTimer::timeout, poll,
-                     [poll, condition = std::move(condition), action = std::move(action)] {
-                         if (condition()) {
-                             poll->stop();
-                             action();
-                         }
-                     });
+    poll->callOnTimeout([=] {
+        if (condition()) {
+            poll->stop();
+            action();
+        }
+    });
     poll->start(1);
 }
 
 void KaveloTest::runTicks(int ticks)
 {
     QTest::qWait(static_cast<int>(ticks * TickPeriod.count()));
+}
+
+std::string KaveloTest::printed(const std::function<void()> &action)
+{
+    ::testing::internal::CaptureStdout();
+    action();
+    return ::testing::internal::GetCapturedStdout();
 }
 
 } // namespace kavelo

@@ -10,16 +10,13 @@
 #include <chrono>
 #include <functional>
 #include <ostream>
+#include <string>
 #include <vector>
 
 /// Readable failures.
 inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << '"' << text.toStdString() << '"';
-}
-inline void PrintTo(const QStringList &texts, std::ostream *out)
-{
-    *out << texts.join(QStringLiteral(" | ")).toStdString();
 }
 
 namespace kavelo {
@@ -42,9 +39,11 @@ protected:
     [[nodiscard]] static bool waitUntil(const std::function<bool()> &condition);
     /// Does `action` once, as soon as `condition` holds, also inside the program's own waits, in
     /// which the test itself does not get on.
-    void when(std::function<bool()> condition, std::function<void()> action);
+    void when(const std::function<bool()> &condition, const std::function<void()> &action);
     /// Runs the event loop for some ticks of the program's timers.
     static void runTicks(int ticks);
+    /// What the program writes to standard output meanwhile.
+    static std::string printed(const std::function<void()> &action);
 
     /// Requests that the unit has seen, in their order.
     std::vector<hid::Report> requests;

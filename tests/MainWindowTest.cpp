@@ -1,10 +1,10 @@
 #include "TabStops.h"
 #include "WindowTest.h"
 
-#include <QAccessible>
-#include <QAction>
-#include <QRegularExpression>
+#include <QAbstractAnimation>
 #include <QScopeGuard>
+
+#include <tuple>
 
 namespace kavelo {
 namespace {
@@ -12,118 +12,104 @@ namespace {
 class MainWindowTest : public WindowTest
 {
 protected:
-    /// The column of every pedal's controls, in the order in which screen readers come by.
-    std::vector<int> columnsToScreenReaders()
-    {
-        auto *const area = QAccessible::queryAccessibleInterface(window.centralWidget());
-        std::vector<int> columns;
-        for (int i = 0; i < area->childCount(); ++i) {
-            const auto *control = qobject_cast<QWidget *>(area->child(i)->object());
-            if (control->isVisible() &&
-                control->objectName().contains(QRegularExpression(QStringLiteral("[0-4]")))) {
-                columns.push_back(control->x() / 225);
-            }
-        }
-        EXPECT_GE(columns.size(), 9U);
-        return columns;
-    }
+    QLabel *annotation = window.findChild<QLabel *>(QStringLiteral("label_Annotation"));
 };
-
-/// Exchanges of one read of such a unit: version, count, five pedals, five pieces.
-constexpr int ReadExchanges = 12;
 
 TEST_F(MainWindowTest, WithoutAUnitTheWindowIsBlankAndCannotBeResized)
 {
-    QAction *const restore = window.menuItems().InitialStateToolStripMenuItem;
-    EXPECT_TRUE(waitUntil([&] { return !restore->isEnabled(); }));
+    EXPECT_TRUE(waitUntil([&] { return !restoreItem()->isEnabled(); }));
     EXPECT_TRUE(isBlank());
     EXPECT_EQ(window.minimumSize(), window.maximumSize());
-    EXPECT_EQ(name(0)->text(), QStringLiteral("Center pedal"));
-    EXPECT_FALSE(name(3)->isVisible());
-    EXPECT_EQ(window.findChild<QLabel *>(QStringLiteral("label_Annotation"))->text(),
+    EXPECT_EQ(annotation->text(),
               QStringLiteral("Please use the Windows application for advanced settings."));
     window.testchangewidth();
-    EXPECT_TRUE(waitUntil([&] { return window.width() == 696; }));
+    EXPECT_TRUE(waitUntil([&] { return window.findChild<QAbstractAnimation *>() == nullptr; }));
+    EXPECT_EQ(window.width(), 696);
 }
-
-struct LayoutCase
-{
-    std::uint8_t pedals;
-    int width;
-    std::vector<int> leftToRight; ///< rows that are shown, by their place
-    QStringView names;            ///< of those rows
-    QStringView standardTitle;    ///< of the leftmost row
-};
 
 TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
 {
+    // Pedals, width, rows by their place from the left, their names, and what their titles say.
+    using Row = std::tuple<std::uint8_t, int, std::vector<int>, QStringView, QStringView>;
     // clang-format off
-    const std::vector<LayoutCase> cases{
-        {1, 680, {1, 0, 2}, u"Left Pedal,Pedal,Right Pedal", u"Set the Pedal (Standard)"},
-        {2, 680, {1, 0, 2}, u"Left Pedal,Right Pedal,Right Pedal", u"Set Left Pedal (Standard)"},
-        {3, 680, {1, 0, 2}, u"Left Pedal,Center Pedal,Right Pedal", u"Set Left Pedal (Standard)"},
-        {4, 905, {3, 1, 0, 2}, u"Left End Pedal,Left Pedal,Right PEdal,Right End Pedal", u"Set Left End Pedal (Standard)"},
-        {5, 1130, {3, 1, 0, 2, 4}, u"Left End Pedal,Left Pedal,Center Pedal,Right Pedal,Right End Pedal", u"Set Left End Pedal (S.)"},
-        {0, 680, {1, 0, 2}, u"Left Pedal,Center pedal,Right Pedal", u"Set the Pedal (Standard)"},
+    const std::vector<Row> layouts{
+        {1, 680, {1, 0, 2}, u"Left Pedal,Pedal,Right Pedal", u"the,the,the"},
+        {2, 680, {1, 0, 2}, u"Left Pedal,Right Pedal,Right Pedal", u"Left,Right,the"},
+        {3, 680, {1, 0, 2}, u"Left Pedal,Center Pedal,Right Pedal", u"Left,Center,Right"},
+        {4, 905, {3, 1, 0, 2}, u"Left End Pedal,Left Pedal,Right PEdal,Right End Pedal",
+         u"Left End,Left,Right,Right End"},
+        {5, 1130, {3, 1, 0, 2, 4},
+         u"Left End Pedal,Left Pedal,Center Pedal,Right Pedal,Right End Pedal",
+         u"Left End,Left,Center,Right,Right End"},
+        {0, 680, {1, 0, 2}, u"Left Pedal,Center pedal,Right Pedal", u"the,the,the"},
     };
     // clang-format on
     const auto usualFont =
         qScopeGuard([font = QApplication::font()] { QApplication::setFont(font); });
-    auto *const explanationLabel =
-        window.findChild<QLabel *>(QStringLiteral("labelMainWindowExplanation"));
-    auto *const annotation = window.findChild<QLabel *>(QStringLiteral("label_Annotation"));
+    auto *const label = window.findChild<QLabel *>(QStringLiteral("labelMainWindowExplanation"));
     const int usualHeight = window.height();
-    for (const LayoutCase &layout : cases) {
-        SCOPED_TRACE(int{layout.pedals});
+    for (const auto &[pedals, width, rows, names, titles] : layouts) {
+        SCOPED_TRACE(int{pedals});
         QFont font = QApplication::font();
         font.setPointSize(font.pointSize() == 13 ? 8 : 13);
         QApplication::setFont(font);
-        unit.memory().numberOfPedals = layout.pedals;
-        bus::plugIn(unit);
-        ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
-        EXPECT_EQ(window.width(), layout.width);
-        EXPECT_EQ(explanationLabel->width(), layout.width - 30);
-        EXPECT_LE(explanationLabel->heightForWidth(layout.width - 30), explanationLabel->height());
-        EXPECT_LE(explanationLabel->geometry().bottom(), name(0)->y());
+        unit.memory().numberOfPedals = pedals;
+        plugInAndWait();
+        EXPECT_EQ(window.width(), width);
+        EXPECT_EQ(label->width(), width - 30);
+        EXPECT_LE(label->heightForWidth(width - 30), label->height());
+        EXPECT_LE(label->geometry().bottom(), name(0)->y());
         const int height = window.height();
-        QStringList names;
-        for (std::size_t place = 0; place < layout.leftToRight.size(); ++place) {
-            const int row = layout.leftToRight[place];
-            const int left = 15 + 225 * int(place);
-            names << name(row)->text();
-            EXPECT_TRUE(name(row)->isVisible());
+        for (int place = 0; place < int(rows.size()); ++place) {
+            const int row = rows.at(std::size_t(place));
+            const int left = 15 + 225 * place;
+            const bool isShort = pedals == MaxPedals && row >= 3;
+            const QString title =
+                QStringLiteral("Set %1 Pedal (%2)").arg(titles.split(u',')[place]);
+            EXPECT_EQ(name(row)->text(), names.split(u',')[place]);
+            EXPECT_EQ(standard(row)->text(), title.arg(isShort ? u"S." : u"Standard"));
+            EXPECT_EQ(advanced(row)->text(), title.arg(isShort ? u"A." : u"Advanced"));
             EXPECT_EQ(name(row)->x(), left);
             EXPECT_EQ(contents(row)->x(), left);
             EXPECT_EQ(standard(row)->x(), left);
             EXPECT_EQ(advanced(row)->x(), left + 5);
             EXPECT_FALSE(advanced(row)->isEnabled());
-            EXPECT_LE(standard(row)->sizeHint().width(), 200) << "the title is cut off";
-            EXPECT_LE(advanced(row)->sizeHint().width(), 190) << "the title is cut off";
+            for (const QPushButton *button : {standard(row), advanced(row)}) {
+                EXPECT_LE(button->sizeHint().width(), button->width()) << "the title is cut off";
+                EXPECT_LE(button->font().pointSizeF(), font.pointSizeF());
+            }
         }
-        EXPECT_EQ(names.join(QLatin1Char(',')), layout.names);
-        EXPECT_EQ(standard(layout.leftToRight.front())->text(), layout.standardTitle);
-        for (const int row : {3, 4}) {
-            const bool shown = std::ranges::count(layout.leftToRight, row) == 1;
-            EXPECT_EQ(name(row)->isVisible() && standard(row)->isVisible(), shown);
+        for (int row = 0; row < MaxPedals; ++row) {
+            const bool isShown = std::ranges::count(rows, row) == 1;
+            EXPECT_EQ(name(row)->isVisible(), isShown);
+            EXPECT_EQ(standard(row)->isVisible(), isShown);
         }
-        EXPECT_TRUE(window.menuItems().InitialStateToolStripMenuItem->isEnabled());
-        bus::unplug(unit);
-        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
+        EXPECT_TRUE(restoreItem()->isEnabled());
+        unplugAndWait();
         EXPECT_EQ(window.height(), height) << "only the font moves the window's lower edge";
         EXPECT_EQ(height > usualHeight, font.pointSize() == 13);
         EXPECT_TRUE(window.centralWidget()->rect().contains(annotation->geometry()));
     }
 }
 
-TEST_F(MainWindowTest, ReadsEveryPedalOnceAndTheSequencesBlocksInPieces)
+TEST_F(MainWindowTest, ReadsEveryPedalOnceWhateverElseIsPluggedIn)
 {
     setFiveModes(unit);
     bus::plugIn(unit);
     ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
+    SimulatedUnit other;
+    bus::plugIn(other);
+    runTicks(2);
+    bus::unplug(other);
     runTicks(2);
     EXPECT_EQ(requests.size(), std::size_t{ReadExchanges}) << "nothing is read twice";
+    EXPECT_TRUE(showsUnit(unit));
     QAccessibleInterface *box = QAccessible::queryAccessibleInterface(contents(0));
     EXPECT_EQ(box->text(QAccessible::Name), QStringLiteral("Center Pedal"));
+    QKeyEvent heldDown(QEvent::KeyPress, Qt::Key_Return, {}, {}, true);
+    standard(2)->setFocus();
+    QApplication::sendEvent(standard(2), &heldDown);
+    EXPECT_EQ(dialog(), nullptr) << "the key that has closed a dialog is still down";
 }
 
 TEST_F(MainWindowTest, TooManyPedalsAreRefusedInWords)
@@ -142,13 +128,13 @@ TEST_F(MainWindowTest, TooManyPedalsAreRefusedInWords)
     }
 }
 
-TEST_F(MainWindowTest, TabGoesThroughThePedalsFromLeftToRight)
+TEST_F(MainWindowTest, TabAndScreenReadersGoThroughThePedalsFromLeftToRight)
 {
+    QAccessibleInterface *area = QAccessible::queryAccessibleInterface(window.centralWidget());
     for (std::uint8_t pedals = 1; pedals <= MaxPedals; ++pedals) {
         SCOPED_TRACE(int{pedals});
         unit.memory().numberOfPedals = pedals;
-        bus::plugIn(unit);
-        ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
+        plugInAndWait();
         const std::vector<int> rows = litRows();
         const int leftmost =
             *std::ranges::min_element(rows, {}, [this](int row) { return contents(row)->x(); });
@@ -158,9 +144,15 @@ TEST_F(MainWindowTest, TabGoesThroughThePedalsFromLeftToRight)
         }
         EXPECT_EQ(places.size(), 2U * pedals) << "a text and a button for each pedal";
         EXPECT_TRUE(std::ranges::is_sorted(places));
-        EXPECT_TRUE(std::ranges::is_sorted(columnsToScreenReaders()));
-        bus::unplug(unit);
-        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
+        std::vector<int> columns;
+        for (int i = 0; i < area->childCount(); ++i) {
+            const auto *control = qobject_cast<QWidget *>(area->child(i)->object());
+            if (control->isVisible() && control->y() < annotation->y()) {
+                columns.push_back(control->x() / 225);
+            }
+        }
+        EXPECT_TRUE(std::ranges::is_sorted(columns));
+        unplugAndWait();
     }
 }
 

@@ -1,9 +1,6 @@
-#include "MenuClass.h"
 #include "WindowTest.h"
 
 #include <QMenu>
-#include <QMenuBar>
-#include <QMessageBox>
 
 namespace kavelo {
 namespace {
@@ -11,57 +8,36 @@ namespace {
 class MenuTest : public WindowTest
 {
 protected:
-    MenuTest()
-        : menu(window.menuItems())
+    /// What is printed until the foreseen boxes have come.
+    std::string choose(QAction &item)
     {
+        return printed([&] {
+            item.trigger();
+            EXPECT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+            runTicks(1);
+        });
     }
-
-    void plugInAndWait()
-    {
-        setFiveModes(unit);
-        bus::plugIn(unit);
-        ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
-        requests.clear();
-    }
-
-    /// Opens the menu with its mnemonic and chooses an item, from 0, with the arrow keys.
-    void choose(int item)
-    {
-        QTest::keyClick(window.menuBar(), Qt::Key_K, Qt::AltModifier);
-        auto *popup = window.findChild<QMenu *>(QStringLiteral("menuKavelo"));
-        window.menuBar()->setActiveAction(popup->menuAction());
-        popup->setActiveAction(popup->actions().front());
-        for (int i = 0; i < item; ++i) {
-            QTest::keyClick(popup, Qt::Key_Down);
-        }
-        QTest::keyClick(popup, Qt::Key_Return);
-    }
-    void chooseRestore() { choose(0); }
-
-    MenuClass menu;
 };
 
 TEST_F(MenuTest, NamesItsItemsAndItsNotices)
 {
+    const auto items = window.findChild<QMenu *>(QStringLiteral("menuKavelo"))->actions();
     QStringList titles;
-    for (const QAction *action :
-         window.findChild<QMenu *>(QStringLiteral("menuKavelo"))->actions()) {
-        titles << action->text();
+    for (const QAction *item : items) {
+        titles << item->text();
     }
     titles.removeAll(QString());
-    EXPECT_EQ(titles,
-              QStringList({QStringLiteral("Restore to Initial Settings"),
-                           QStringLiteral("Quick Start Guide"),
-                           QStringLiteral("Version Information"), QStringLiteral("Quit Kavelo")}));
+    EXPECT_EQ(titles.join(u','), QStringLiteral("Restore to Initial Settings,Quick Start Guide,"
+                                                "Version Information,Quit Kavelo"));
     EXPECT_EQ(window.menuItems().ExitToolStripMenuItem->shortcuts(),
               QKeySequence::keyBindings(QKeySequence::Quit));
     boxes.answerWith(Qt::Key_Return);
-    choose(1);
+    EXPECT_EQ(choose(*window.menuItems().QuickStartGuideToolStripMenuItem), "alert_OK_pushed\n");
     EXPECT_EQ(boxes.messages().last(),
               QStringLiteral("You can download the Quick Start Guide from the following.\n"
                              "https://www.marvode.example/kavelo/quick-start"));
-    boxes.answerWith(Qt::Key_Return);
-    choose(2);
+    boxes.reactWith([](QMessageBox &box) { box.close(); });
+    EXPECT_EQ(choose(*window.menuItems().VersionInformationToolStripMenuItem), "others:0\n");
     EXPECT_EQ(boxes.messages().last(),
               QStringLiteral("Mac App for Marvode Kavelo QX7\nVersion: 2.3.2"));
 }
@@ -70,91 +46,70 @@ TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
 {
     // As a desktop without a theme has it.
     window.setStyleSheet(QStringLiteral("* { dialogbuttonbox-buttons-have-icons: 1 }"));
-    for (const std::uint8_t pedals : {std::uint8_t{5}, std::uint8_t{3}}) {
-        unit.memory().numberOfPedals = pedals;
+    const auto press = [](Qt::Key key) {
+        return [key](QMessageBox &box) { QTest::keyClick(box.focusWidget(), key); };
+    };
+    const auto afterTab = [](Qt::Key key) {
+        return [key](QMessageBox &box) {
+            EXPECT_TRUE(box.button(QMessageBox::Ok)->icon().isNull());
+            QTest::keyClick(box.focusWidget(), Qt::Key_Tab);
+            QTest::keyClick(box.button(QMessageBox::Ok), key);
+        };
+    };
+    const std::string restoring = "The selected Kavelo is returning to the initial state in time "
+                                  "of factory shipment.\nalert_OK_pushed\n";
+    const std::vector<std::pair<BoxWatcher::Reaction, std::string>> answers{
+        {press(Qt::Key_Return), "Canceled\n"},
+        {press(Qt::Key_Space), "Canceled\n"},
+        {afterTab(Qt::Key_Return), "Canceled\n"},
+        {afterTab(Qt::Key_Enter), "Canceled\n"},
+        {[](QMessageBox &box) { box.close(); }, "others:0\n"}, // by its frame
+        {afterTab(Qt::Key_Space), restoring},
+        {press(Qt::Key_Escape), restoring},
+    };
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        SCOPED_TRACE(i);
+        const auto &[answer, output] = answers[i];
+        const bool restores = output == restoring;
+        unit.memory().numberOfPedals = i % 2 == 0 ? 5 : 3;
+        setFiveModes(unit);
         plugInAndWait();
         const UnitMemory before = unit.memory();
-        const auto afterTab = [](Qt::Key key) {
-            return [key](QMessageBox &box) {
-                EXPECT_TRUE(box.button(QMessageBox::Ok)->icon().isNull());
-                QTest::keyClick(box.focusWidget(), Qt::Key_Tab);
-                QTest::keyClick(box.button(QMessageBox::Ok), key);
-            };
-        };
-        const std::vector<BoxWatcher::Reaction> refusals{
-            [](QMessageBox &box) { QTest::keyClick(box.focusWidget(), Qt::Key_Return); },
-            [](QMessageBox &box) { QTest::keyClick(box.focusWidget(), Qt::Key_Space); },
-            afterTab(Qt::Key_Return), afterTab(Qt::Key_Enter),
-            [](QMessageBox &box) { box.close(); }}; // by its frame, which answers neither button
-        for (std::size_t i = 0; i < refusals.size(); ++i) {
-            SCOPED_TRACE(i);
-            boxes.reactWith(refusals[i]);
-            const std::string output = printed([&] {
-                chooseRestore();
-                EXPECT_TRUE(waitUntil([&] { return boxes.isDone(); }));
-                runTicks(1);
-            });
-            EXPECT_EQ(output, i + 1 < refusals.size() ? "Canceled\n" : "others:0\n");
-            EXPECT_EQ(boxes.messages().last(), RestoreQuestion);
-            EXPECT_TRUE(requests.empty());
+        boxes.reactWith(answer);
+        if (restores) {
+            boxes.answerWith(Qt::Key_Return);
         }
-
-        pedals == 5 ? boxes.answerWith(Qt::Key_Escape) : boxes.reactWith(afterTab(Qt::Key_Space));
-        boxes.answerWith(Qt::Key_Return);
-        const std::string output = printed([&] {
-            chooseRestore();
-            EXPECT_TRUE(waitUntil([&] { return boxes.isDone(); }));
-            runTicks(1);
-        });
-        EXPECT_EQ(output, "The selected Kavelo is returning to the initial state in time of "
-                          "factory shipment.\nalert_OK_pushed\n");
-        EXPECT_EQ(boxes.messages().last(), Restored);
-        EXPECT_EQ(requests.size(), pedals + 1U);
-        EXPECT_EQ(requests.back()[0], SET_PARAMETERS);
-        EXPECT_EQ(unit.memory(), factoryState(before));
+        EXPECT_EQ(choose(*restoreItem()), output);
+        EXPECT_EQ(boxes.messages().last(), restores ? Restored : RestoreQuestion);
+        EXPECT_EQ(requests.size(), restores ? before.numberOfPedals + 1U : 0U);
+        EXPECT_EQ(unit.memory(), restores ? factoryState(before) : before);
         EXPECT_TRUE(showsUnit(unit));
-        bus::unplug(unit);
-        ASSERT_TRUE(waitUntil([&] { return isBlank(); }));
+        unplugAndWait();
     }
 }
 
 TEST_F(MenuTest, AQuestionAboutAUnitThatGoesIsTakenDownAndTheNextUnitIsNotRestored)
 {
     SimulatedUnit next;
-    plugInAndWait();
+    setFiveModes(next);
     const UnitMemory before = next.memory();
+    plugInAndWait();
     boxes.reactWith([&](QMessageBox & /*box*/) {
         bus::unplug(unit);
         bus::plugIn(next);
     });
-    chooseRestore();
-    ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && showsUnit(next); }));
+    choose(*restoreItem());
+    ASSERT_TRUE(waitUntil([&] { return showsUnit(next); }));
     runTicks(2);
     EXPECT_EQ(next.memory(), before);
     EXPECT_EQ(boxes.messages(), QStringList(RestoreQuestion));
-}
-
-TEST_F(MenuTest, AUnitPluggedInDuringARestoreIsReadAndNotRestored)
-{
-    SimulatedUnit next;
-    setFiveModes(next);
-    const UnitMemory before = next.memory();
-    plugInAndWait();
-    unit.setFault({.kind = FaultKind::Unplug, .exchange = 3});
-    when([&] { return isBlank(); }, [&] { bus::plugIn(next); });
-    boxes.answerWith(Qt::Key_Escape);
-    boxes.answerWith(Qt::Key_Return);
-    chooseRestore();
-    ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && showsUnit(next); }));
-    EXPECT_EQ(boxes.messages(), QStringList({RestoreQuestion, NotRestored}));
-    EXPECT_EQ(next.memory(), before);
 }
 
 TEST_F(MenuTest, ARestoreAskedForDuringAReadEndsInARightPicture)
 {
     setFiveModes(unit);
     unit.setReplyDelay(std::chrono::milliseconds(40));
-    when([&] { return standard(1)->isEnabled(); }, [&] { chooseRestore(); });
+    when([&] { return standard(1)->isEnabled(); }, [&] { restoreItem()->trigger(); });
     boxes.answerWith(Qt::Key_Escape);
     boxes.answerWith(Qt::Key_Return);
     bus::plugIn(unit);

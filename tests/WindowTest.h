@@ -2,11 +2,13 @@
 
 #include "KaveloTest.h"
 #include "MainWindowViewController.h"
+#include "MenuClass.h"
 #include "PedalDescription.h"
 #include "SettingDialogViewController.h"
 #include "SimulatedBus.h"
 
 #include <QAccessible>
+#include <QAction>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -36,6 +38,10 @@ inline const auto NotRestored =
     QStringLiteral("An error has occurred.\n"
                    "The settings for this Kavelo could not be restored to the initial settings.");
 
+/// Exchanges of one read of a unit that setFiveModes() has set: version, number of pedals, five
+/// pedals, five pieces.
+constexpr int ReadExchanges = 12;
+
 /// The main window on the simulated bus, and what a user sees of it.
 class WindowTest : public KaveloTest
 {
@@ -46,12 +52,16 @@ protected:
         window.show();
     }
 
-    /// What the program writes to standard output meanwhile.
-    static std::string printed(const std::function<void()> &action)
+    void plugInAndWait()
     {
-        ::testing::internal::CaptureStdout();
-        action();
-        return ::testing::internal::GetCapturedStdout();
+        bus::plugIn(unit);
+        ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); })) << explanation().toStdString();
+        requests.clear();
+    }
+    void unplugAndWait()
+    {
+        bus::unplug(unit);
+        ASSERT_TRUE(waitUntil([&] { return isBlank(); })) << explanation().toStdString();
     }
 
     template <class Control>
@@ -89,15 +99,14 @@ protected:
                !contents(0)->isVisible() && contents(0)->toPlainText().isEmpty();
     }
     /// Whether every pedal of the unit has been read and is shown as the unit has it.
-    bool showsUnit(const SimulatedUnit &shown) { return shows(shown.memory()); }
-    bool shows(const UnitMemory &expected)
+    bool showsUnit(const SimulatedUnit &shown)
     {
-        const int pedals = expected.numberOfPedals;
-        if (explanation() != SettingsText || int(litRows().size()) != pedals) {
+        const std::size_t pedals = shown.memory().numberOfPedals;
+        if (explanation() != SettingsText || litRows().size() != pedals) {
             return false;
         }
-        for (std::size_t row = 0; row < std::size_t(pedals); ++row) {
-            const PedalMemory &memory = expected.pedals.at(row);
+        for (std::size_t row = 0; row < pedals; ++row) {
+            const PedalMemory &memory = shown.memory().pedals.at(row);
             const bool isRead = OutputMode.at(row) == memory.mode &&
                                 CommonData.at(row) == memory.record &&
                                 (memory.mode != PLURAL_SIMULTANEOUS_KEY_OUTPUT ||
@@ -138,38 +147,40 @@ protected:
         click(dialog()->findChild<QWidget *>(QStringLiteral("buttonProgramKavelo")));
     }
 
+    QAction *restoreItem() { return window.menuItems().InitialStateToolStripMenuItem; }
+
     MainWindowViewController window;
+    MenuClass menu{window.menuItems()};
 };
 
-/// Five pedals that all differ, the second of them a sequence of outputs.
+/// Five pedals that all differ, the second of them a sequence of outputs, the third a left click.
 inline void setFiveModes(SimulatedUnit &unit)
 {
+    constexpr std::array Modes{POINTER_MOVE, PLURAL_SIMULTANEOUS_KEY_OUTPUT, SIMPLE_CLICK,
+                               OUTPUT_AT_CHANGE, CONTINUOUS_KEY_OUTPUT};
     std::mt19937 random(7);
-    for (PedalMemory &pedal : unit.memory().pedals) {
+    for (std::size_t i = 0; i < Modes.size(); ++i) {
+        PedalMemory &pedal = unit.memory().pedals.at(i);
+        pedal.mode = Modes.at(i);
         std::ranges::generate(pedal.record, [&] { return std::uint8_t(random()); });
         std::ranges::generate(pedal.additional, [&] { return std::uint8_t(random()); });
     }
-    unit.memory().pedals[0].mode = POINTER_MOVE;
-    unit.memory().pedals[1].mode = PLURAL_SIMULTANEOUS_KEY_OUTPUT;
     unit.memory().pedals[1].record[3] = 0x84;
-    unit.memory().pedals[2].mode = SIMPLE_CLICK;
-    unit.memory().pedals[3].mode = OUTPUT_AT_CHANGE;
-    unit.memory().pedals[4].mode = CONTINUOUS_KEY_OUTPUT;
+    // Where a reply has the mode, the last piece has one, too.
+    unit.memory().pedals[1].additional[52] = PLURAL_SIMULTANEOUS_KEY_OUTPUT;
+    unit.memory().pedals[2].record[0] = 1;
 }
 
-/// What the unit must hold after a restore: the factory's mode and first bytes, all others as
-/// they were.
+/// What the unit must hold after a restore: the factory's modes and first bytes, all others as they
+/// were.
 inline UnitMemory factoryState(UnitMemory memory)
 {
-    const std::array<std::vector<std::uint8_t>, MaxPedals> settings{{{SIMPLE_CLICK, 1},
-                                                                     {SIMPLE_KEY_OUTPUT, 0, 0x28},
-                                                                     {SIMPLE_CLICK, 2},
-                                                                     {SIMPLE_KEY_OUTPUT, 0, 0x50},
-                                                                     {SIMPLE_KEY_OUTPUT, 0, 0x4F}}};
-    for (std::size_t pedal = 0; pedal < memory.numberOfPedals; ++pedal) {
-        memory.pedals[pedal].mode = settings[pedal].front();
-        std::copy(settings[pedal].begin() + 1, settings[pedal].end(),
-                  memory.pedals[pedal].record.begin());
+    const UnitMemory factory;
+    for (std::size_t i = 0; i < memory.numberOfPedals; ++i) {
+        PedalMemory &pedal = memory.pedals.at(i);
+        pedal.mode = factory.pedals.at(i).mode;
+        const int used = pedal.mode == SIMPLE_CLICK ? 1 : 2;
+        std::copy_n(factory.pedals.at(i).record.begin(), used, pedal.record.begin());
     }
     return memory;
 }
