@@ -155,7 +155,8 @@ protected:
     const bool fails = trouble.fault != FaultKind::AnswerTwice;
     const bool goes = trouble.fault == FaultKind::Unplug;
     const bool goesOn = !fails || (task == Restore && !goes); ///< with the exchanges that follow
-    const int exchanges = task == Read ? ReadExchanges : int(WrittenPedals.at(task).size()) + 1;
+    const int exchanges =
+        task == Read ? int(ReadExchanges) : int(WrittenPedals.at(task).size()) + 1;
 };
 
 TEST_P(FaultSweepTest, IsToldAndLeavesWholeRecordsAndARightWindowAtEveryExchange)

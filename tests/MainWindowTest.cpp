@@ -102,8 +102,13 @@ TEST_F(MainWindowTest, ReadsEveryPedalOnceWhateverElseIsPluggedIn)
     runTicks(2);
     bus::unplug(other);
     runTicks(2);
-    EXPECT_EQ(requests.size(), std::size_t{ReadExchanges}) << "nothing is read twice";
-    EXPECT_TRUE(showsUnit(unit));
+    EXPECT_EQ(requests.size(), ReadExchanges) << "nothing is read twice";
+    unit.setReplyDelay(3 * TickPeriod / 2);
+    Q_EMIT unit.inputReport({0xEE, 0xEE});
+    ASSERT_TRUE(waitUntil([&] { return requests.size() == 2 * ReadExchanges && showsUnit(unit); }))
+        << "a report that nobody has asked for is a reason to look again";
+    EXPECT_EQ((std::array{VersionNumberMajor, VersionNumberMinor, VersionNumberRevision}),
+              unit.memory().version);
     QAccessibleInterface *box = QAccessible::queryAccessibleInterface(contents(0));
     EXPECT_EQ(box->text(QAccessible::Name), QStringLiteral("Center Pedal"));
     QKeyEvent heldDown(QEvent::KeyPress, Qt::Key_Return, {}, {}, true);
@@ -130,14 +135,13 @@ TEST_F(MainWindowTest, TooManyPedalsAreRefusedInWords)
 
 TEST_F(MainWindowTest, TabAndScreenReadersGoThroughThePedalsFromLeftToRight)
 {
+    TickPeriod = std::chrono::hours(1); // a reply ends its exchange as soon as it comes
     QAccessibleInterface *area = QAccessible::queryAccessibleInterface(window.centralWidget());
     for (std::uint8_t pedals = 1; pedals <= MaxPedals; ++pedals) {
         SCOPED_TRACE(int{pedals});
         unit.memory().numberOfPedals = pedals;
         plugInAndWait();
-        const std::vector<int> rows = litRows();
-        const int leftmost =
-            *std::ranges::min_element(rows, {}, [this](int row) { return contents(row)->x(); });
+        const int leftmost = std::array{0, 0, 1, 1, 3, 3}.at(pedals);
         std::vector<int> places;
         for (const QWidget *stop : tabStops(window, *contents(leftmost))) {
             places.push_back(stop->x());

@@ -50,7 +50,7 @@ TEST_F(WaitTest, TheAdvancedDialogsRequestSpoilsNoExchangeOfARead)
         whenRequested(exchange, [this] { openAdvancedDialog(); });
         bus::plugIn(unit);
         ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
-        EXPECT_EQ(requests.size(), ReadExchanges + 1U) << "one look is enough";
+        EXPECT_EQ(requests.size(), ReadExchanges + 1) << "one look is enough";
         shownDialog<AdvancedSettingDialogViewController>()->close();
         unplugAndWait();
     }
@@ -103,7 +103,7 @@ TEST_F(WaitTest, TheSecondLookLetsAWriteEndFirst)
     unit.setFault({.kind = FaultKind::DropReply, .exchange = 3});
     boxes.answerWith(Qt::Key_Return);
     bus::plugIn(unit);
-    ASSERT_TRUE(waitUntil([&] { return litRows().size() == MaxPedals; }));
+    ASSERT_TRUE(waitUntil([&] { return litRows() == MaxPedals; }));
     // The look waits until the dropped reply can't come any more; the write lasts longer.
     unit.setReplyDelay(25 * TickPeriod);
     boxes.answerWith(Qt::Key_Return);
@@ -151,32 +151,39 @@ TEST_F(WaitTest, ARestoreIsNotBrokenOffByAButton)
 TEST_F(WaitTest, WhatFailsTwiceIsToldOnceAndCostsNoMoreThanItMust)
 {
     SimulatedUnit other;
-    // What a unit never answers, how many pedals are shown after the second look, and how many
-    // requests the looks cost. One is repeated: the reply to it might have been the missing one.
-    using Row = std::tuple<std::vector<std::uint8_t>, std::size_t, std::size_t>;
-    for (const auto &[request, pedals, asked] :
-         {Row{{GET_VERSION_NUMBER}, 0, 2}, Row{{GET_NUMBER_OF_PEDALS}, 0, 4},
-          Row{{GET_ADDITIONAL_DATA, 1, 2}, 0, 14}, Row{{GET_OUTPUT_MODE_AND_DATA, 2}, 5, 26}}) {
+    unit.setReplyDelay(2 * TickPeriod);
+    // What a unit never takes or answers, how many pedals are shown after the second look, and how
+    // many requests the looks cost. One is repeated: its reply might have been the missing one.
+    using Row = std::tuple<FaultKind, std::vector<std::uint8_t>, int, std::size_t>;
+    for (const auto &[fault, request, pedals, asked] :
+         {Row{FaultKind::DropReply, {GET_VERSION_NUMBER}, 0, 2},
+          Row{FaultKind::RefuseSend, {GET_NUMBER_OF_PEDALS}, 0, 4},
+          Row{FaultKind::DropReply, {GET_ADDITIONAL_DATA, 1, 2}, 0, 14},
+          Row{FaultKind::DropReply, {GET_OUTPUT_MODE_AND_DATA, 2}, 5, 26}}) {
         SCOPED_TRACE(int{request[0]});
+        const bool isTimeout = fault == FaultKind::DropReply;
         bus::plugIn(other);
         ASSERT_TRUE(waitUntil([&] { return showsUnit(other); }));
         bus::unplug(other);
 
         const qsizetype told = boxes.messages().size();
         boxes.answerWith(Qt::Key_Return);
-        unit.setFault({.kind = FaultKind::DropReply, .request = request});
+        unit.setFault({.kind = fault, .request = request});
         requests.clear();
         const std::string output = printed([&] {
             bus::plugIn(unit);
             ASSERT_TRUE(waitUntil([&] {
-                return requests.size() >= asked && !Flag_send && litRows().size() == pedals &&
+                return requests.size() >= asked && !Flag_send && litRows() == pedals &&
                        isBlank() == (pedals == 0) && !window.plugNPlay.isReplyOwed();
             }));
             runTicks(5);
         });
-        EXPECT_EQ(output, "alert_OK_pushed\ntimeout\ntimeout\n");
+        EXPECT_EQ(output, isTimeout ? "alert_OK_pushed\ntimeout\ntimeout\n" : "alert_OK_pushed\n");
         EXPECT_EQ(requests.size(), asked) << "there is no third look";
-        EXPECT_EQ(boxes.messages().mid(told), QStringList(QStringLiteral("timeout")));
+        EXPECT_EQ(
+            boxes.messages().mid(told),
+            QStringList(isTimeout ? QStringLiteral("timeout") : QStringLiteral("sending error")));
+        EXPECT_EQ(Flag_timeout, isTimeout && pedals == 0);
         if (pedals > 0) {
             boxes.answerWith(Qt::Key_Return);
             writeClick(4, QStringLiteral("radiobuttonRightClick"));
