@@ -132,6 +132,7 @@ protected:
         EXPECT_TRUE(waitUntil(hasSettled)) << explanation().toStdString();
         EXPECT_EQ(boxes.messages().mid(told), expected);
         EXPECT_TRUE(unit.memory() == memory) << "a record is torn";
+        EXPECT_TRUE(fails || task == Read || int(requests.size()) == exchanges);
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
         EXPECT_EQ(bus::isPluggedIn(unit), !staysAway);
     }

@@ -115,6 +115,8 @@ TEST_F(MainWindowTest, ReadsEveryPedalOnceWhateverElseIsPluggedIn)
     standard(2)->setFocus();
     QApplication::sendEvent(standard(2), &heldDown);
     EXPECT_EQ(dialog(), nullptr) << "the key that has closed a dialog is still down";
+    QTest::keyClick(standard(2), Qt::Key_Enter);
+    EXPECT_NE(dialog(), nullptr);
 }
 
 TEST_F(MainWindowTest, TooManyPedalsAreRefusedInWords)

@@ -47,10 +47,16 @@ TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
     // As a desktop without a theme has it.
     window.setStyleSheet(QStringLiteral("* { dialogbuttonbox-buttons-have-icons: 1 }"));
     const auto press = [](Qt::Key key) {
-        return [key](QMessageBox &box) { QTest::keyClick(box.focusWidget(), key); };
-    };
-    const auto afterTab = [](Qt::Key key) {
         return [key](QMessageBox &box) {
+            QTest::simulateEvent(&box, true, Qt::Key_Return, {}, {}, true);
+            EXPECT_TRUE(box.isVisible()) << "the key that has led here is still down";
+            QTest::keyClick(box.focusWidget(), key);
+        };
+    };
+    const auto afterTab = [this](Qt::Key key) {
+        return [this, key](QMessageBox &box) {
+            EXPECT_EQ(box.text(), QStringLiteral("Marvode Kavelo"));
+            EXPECT_FALSE(standard(0)->isEnabled());
             EXPECT_TRUE(box.button(QMessageBox::Ok)->icon().isNull());
             QTest::keyClick(box.focusWidget(), Qt::Key_Tab);
             QTest::keyClick(box.button(QMessageBox::Ok), key);
@@ -77,7 +83,7 @@ TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
         const UnitMemory before = unit.memory();
         boxes.reactWith(answer);
         if (restores) {
-            boxes.answerWith(Qt::Key_Return);
+            boxes.reactWith(press(Qt::Key_Return));
         }
         EXPECT_EQ(choose(*restoreItem()), output);
         EXPECT_EQ(boxes.messages().last(), restores ? Restored : RestoreQuestion);
