@@ -48,6 +48,7 @@ TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
     window.setStyleSheet(QStringLiteral("* { dialogbuttonbox-buttons-have-icons: 1 }"));
     const auto press = [](Qt::Key key) {
         return [key](QMessageBox &box) {
+            EXPECT_TRUE(waitUntil([&] { return QApplication::activeWindow() == &box; }));
             QTest::simulateEvent(&box, true, Qt::Key_Return, {}, {}, true);
             EXPECT_TRUE(box.isVisible()) << "the key that has led here is still down";
             QTest::keyClick(box.focusWidget(), key);
@@ -83,6 +84,9 @@ TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
         const UnitMemory before = unit.memory();
         boxes.reactWith(answer);
         if (restores) {
+            unit.setReplyDelay(std::chrono::milliseconds(20));
+            when([&] { return !requests.empty(); },
+                 [&] { EXPECT_FALSE(standard(0)->isEnabled() || restoreItem()->isEnabled()); });
             boxes.reactWith(press(Qt::Key_Return));
         }
         EXPECT_EQ(choose(*restoreItem()), output);
@@ -109,18 +113,6 @@ TEST_F(MenuTest, AQuestionAboutAUnitThatGoesIsTakenDownAndTheNextUnitIsNotRestor
     runTicks(2);
     EXPECT_EQ(next.memory(), before);
     EXPECT_EQ(boxes.messages(), QStringList(RestoreQuestion));
-}
-
-TEST_F(MenuTest, ARestoreAskedForDuringAReadEndsInARightPicture)
-{
-    setFiveModes(unit);
-    unit.setReplyDelay(std::chrono::milliseconds(40));
-    when([&] { return standard(1)->isEnabled(); }, [&] { restoreItem()->trigger(); });
-    boxes.answerWith(Qt::Key_Escape);
-    boxes.answerWith(Qt::Key_Return);
-    bus::plugIn(unit);
-    ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && showsUnit(unit); }));
-    EXPECT_EQ(unit.memory().pedals[4].mode, SIMPLE_KEY_OUTPUT);
 }
 
 } // namespace

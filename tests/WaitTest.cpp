@@ -128,26 +128,6 @@ TEST_F(WaitTest, AUnitThatAnswersEverythingTwiceIsNotReadForEver)
     EXPECT_EQ(requests.size(), asked);
 }
 
-TEST_F(WaitTest, ARestoreIsNotBrokenOffByAButton)
-{
-    plugInAndWait();
-    const UnitMemory before = unit.memory();
-    whenRequested(2, [this] {
-        EXPECT_FALSE(standard(4)->isEnabled());
-        window.buttonSetPedal4Standard_Clicked();
-        EXPECT_EQ(dialog(), nullptr);
-        runTicks(1);
-        EXPECT_FALSE(restoreItem()->isEnabled());
-    });
-    boxes.answerWith(Qt::Key_Escape);
-    boxes.answerWith(Qt::Key_Return);
-    restoreItem()->trigger();
-    ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && showsUnit(unit); }));
-    EXPECT_EQ(boxes.messages().last(), Restored);
-    EXPECT_EQ(unit.memory(), factoryState(before));
-    EXPECT_TRUE(standard(4)->isEnabled());
-}
-
 TEST_F(WaitTest, WhatFailsTwiceIsToldOnceAndCostsNoMoreThanItMust)
 {
     SimulatedUnit other;
