@@ -117,6 +117,7 @@ TEST_F(MainWindowTest, ReadsEveryPedalOnceWhateverElseIsPluggedIn)
     EXPECT_EQ(dialog(), nullptr) << "the key that has closed a dialog is still down";
     QTest::keyClick(standard(2), Qt::Key_Enter);
     EXPECT_NE(dialog(), nullptr);
+    EXPECT_EQ(window.focusWidget(), standard(2));
 }
 
 TEST_F(MainWindowTest, TooManyPedalsAreRefusedInWords)

@@ -86,7 +86,11 @@ TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
         if (restores) {
             unit.setReplyDelay(std::chrono::milliseconds(20));
             when([&] { return !requests.empty(); },
-                 [&] { EXPECT_FALSE(standard(0)->isEnabled() || restoreItem()->isEnabled()); });
+                 [&] {
+                     EXPECT_FALSE(standard(0)->isEnabled() || restoreItem()->isEnabled());
+                     window.buttonSetPedal0Standard_Clicked();
+                     EXPECT_EQ(dialog(), nullptr);
+                 });
             boxes.reactWith(press(Qt::Key_Return));
         }
         EXPECT_EQ(choose(*restoreItem()), output);
@@ -113,6 +117,18 @@ TEST_F(MenuTest, AQuestionAboutAUnitThatGoesIsTakenDownAndTheNextUnitIsNotRestor
     runTicks(2);
     EXPECT_EQ(next.memory(), before);
     EXPECT_EQ(boxes.messages(), QStringList(RestoreQuestion));
+}
+
+TEST_F(MenuTest, ARestoreAskedForDuringAReadEndsInARightPicture)
+{
+    setFiveModes(unit);
+    unit.setReplyDelay(std::chrono::milliseconds(40));
+    when([&] { return standard(1)->isEnabled(); }, [&] { restoreItem()->trigger(); });
+    boxes.answerWith(Qt::Key_Escape);
+    boxes.answerWith(Qt::Key_Return);
+    bus::plugIn(unit);
+    ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && showsUnit(unit); }));
+    EXPECT_EQ(unit.memory().pedals[4].mode, SIMPLE_KEY_OUTPUT);
 }
 
 } // namespace
