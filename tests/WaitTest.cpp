@@ -107,7 +107,7 @@ TEST_F(WaitTest, TheSecondLookLetsAWriteEndFirst)
     unit.setReplyDelay({});
     EXPECT_EQ(boxes.messages().size(), 2) << "timeout, success";
     const auto parameters =
-        std::ranges::find(requests, SET_PARAMETERS, [](auto &request) { return request[0]; });
+        std::ranges::find(requests, SET_PARAMETERS, [](const auto &request) { return request[0]; });
     ASSERT_NE(parameters, requests.end());
     EXPECT_EQ((*(parameters - 1))[0], SET_OUTPUT_MODE_AND_DATA) << "nothing in between";
     EXPECT_EQ(unit.memory().pedals[2].record[0], 2);

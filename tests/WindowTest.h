@@ -147,7 +147,7 @@ protected:
         click(dialog()->findChild<QWidget *>(QStringLiteral("buttonProgramKavelo")));
     }
 
-    QAction *restoreItem() { return window.menuItems().InitialStateToolStripMenuItem; }
+    QAction *restoreItem() { return window.menuItems().InitialStateToolStripMenuItem.get(); }
 
     MainWindowViewController window;
     MenuClass menu{window.menuItems()};
