@@ -134,7 +134,6 @@ protected:
         EXPECT_TRUE(unit.memory() == memory) << "a record is torn";
         EXPECT_TRUE(fails || task == Read || int(requests.size()) == exchanges);
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-        EXPECT_EQ(bus::isPluggedIn(unit), !staysAway);
     }
 
     /// The next read and the next edit work as ever.

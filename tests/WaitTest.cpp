@@ -73,6 +73,7 @@ TEST_F(WaitTest, AWriteCannotBeCancelledAndNamesItsOwnPedal)
             EXPECT_FALSE(restoreItem()->isEnabled());
             InitialState = true;
             openAdvancedDialog();
+            window.SettingDialog_OK(); // as the Advanced dialog does
             selectAnother();
         });
         CloseStandardSetting = true; // as a dialog has left it that went as its unit did
