@@ -1,4 +1,3 @@
-#include "TabStops.h"
 #include "WindowTest.h"
 
 #include <QAbstractAnimation>

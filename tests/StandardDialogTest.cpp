@@ -1,12 +1,6 @@
-#include "TabStops.h"
-#include "WindowTest.h"
+#include "DialogTest.h"
 
-#include <QAccessible>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QMessageBox>
-#include <QRadioButton>
-#include <QTabWidget>
 
 namespace kavelo {
 namespace {
@@ -16,279 +10,189 @@ const auto Question =
                    "Click [OK] to set this pedal within the Standard settings.\n"
                    "Click [Cancel] to return to Main Window without doing anything.");
 
-/// What the dialog shows, or what is to be chosen in it.
-struct Choice
-{
-    int tab = 0;            ///< 0 keyboard, 1 mouse
-    QString radio;          ///< name of the tab's chosen radio button, without "radiobutton"
-    int key = -1;           ///< row of the key list
-    unsigned modifiers = 0; ///< ticked boxes, as a modifier byte
+/// What the dialog shows, or what is to be chosen in it: the tab (0 keyboard, 1 mouse), its buttons
+/// that are on, the row of the key list (-1: none).
+using Choice = std::tuple<int, std::string, int>;
 
-    bool operator==(const Choice &) const = default;
-};
-
-void PrintTo(const Choice &choice, std::ostream *out)
-{
-    *out << "tab " << choice.tab << ' ' << choice.radio.toStdString() << " key " << choice.key
-         << " modifiers " << choice.modifiers;
-}
-
-const std::array ModifierBoxes{"checkboxCtrl", "checkboxShift", "checkboxAlt",
-                               "checkboxWindowsKey"};
-const std::array KeyboardRadios{"NoModifiers", "WithModifiers", "OnlyModifiers"};
-const std::array MouseRadios{"LeftClick", "RightClick", "CenterClick", "DoubleClick"};
-
-class StandardDialogTest : public WindowTest
+class StandardDialogTest : public DialogTest
 {
 protected:
-    void plugInAndWait()
-    {
-        bus::plugIn(unit);
-        ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
-        requests.clear();
-    }
+    void open(int pedal) { WindowTest::click(standard(pedal)); }
+    QComboBox *keys() { return dialog()->findChild<QComboBox *>(); }
+    bool canWrite() { return in("ProgramKavelo")->isEnabled(); }
+    Choice shown() { return {tabs()->currentIndex(), checked(), keys()->currentIndex()}; }
 
-    template <class Control>
-    Control *in(const QString &name)
+    void write(const Choice &choice)
     {
-        return dialog()->findChild<Control *>(name);
-    }
-    QRadioButton *radio(const char *name)
-    {
-        return in<QRadioButton>(QStringLiteral("radiobutton") + QLatin1String(name));
-    }
-    QCheckBox *modifierBox(std::size_t bit)
-    {
-        return in<QCheckBox>(QLatin1String(ModifierBoxes.at(bit)));
-    }
-    QComboBox *keys() { return in<QComboBox>(QStringLiteral("listboxKeys")); }
-    QTabWidget *tabs() { return in<QTabWidget>(QStringLiteral("tabcontrolOutputMode")); }
-    QPushButton *write() { return in<QPushButton>(QStringLiteral("buttonProgramKavelo")); }
-
-    void open(int pedal) { click(standard(pedal)); }
-
-    Choice shown()
-    {
-        Choice choice{tabs()->currentIndex(), {}, keys()->currentIndex(), 0};
-        const auto note = [&](const auto &radios) {
-            for (const char *name : radios) {
-                choice.radio += radio(name)->isChecked() ? QLatin1String(name) : QLatin1String();
-            }
-        };
-        choice.tab == 0 ? note(KeyboardRadios) : note(MouseRadios);
-        for (std::size_t bit = 0; bit < ModifierBoxes.size(); ++bit) {
-            choice.modifiers |= modifierBox(bit)->isChecked() ? 1U << bit : 0U;
-        }
-        return choice;
-    }
-
-    /// Makes the choice with keys and the actions of assistive technology.
-    void choose(const Choice &choice)
-    {
-        QTest::keyClick(tabs()->tabBar(), choice.tab == 0 ? Qt::Key_Left : Qt::Key_Right);
-        toggle(radio(qUtf8Printable(choice.radio)));
-        if (choice.key >= 0) {
-            QTest::keyClick(keys(), Qt::Key_Home);
-            for (int row = 0; row < choice.key; ++row) {
-                QTest::keyClick(keys(), Qt::Key_Down);
-            }
-        }
-        for (std::size_t bit = 0; bit < ModifierBoxes.size(); ++bit) {
-            if ((choice.modifiers & 1U << bit) != 0) {
-                toggle(modifierBox(bit));
-            }
-        }
+        const auto &[tab, buttons, key] = choice;
+        QTest::keyClick(tabs()->tabBar(), tab == 0 ? Qt::Key_Left : Qt::Key_Right);
+        take(buttons + (key < 0 ? "" : " Keys=" + std::to_string(key)));
+        click("ProgramKavelo");
     }
 };
 
-TEST_F(StandardDialogTest, OffersThe91StandardKeysToEveryone)
+TEST_F(StandardDialogTest, NamesThePedalAndItsControlsAndTabReachesThem)
 {
-    unit.memory().pedals[0] = {};
-    plugInAndWait();
-    standard(0)->setFocus();
-    QTest::keyClick(standard(0), Qt::Key_Return);
-    ASSERT_NE(dialog(), nullptr);
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-        QKeyEvent heldDown(QEvent::KeyPress, key, {}, {}, true);
-        QApplication::sendEvent(dialog(), &heldDown);
-        ASSERT_NE(dialog(), nullptr) << "the key that has opened the dialog is still down";
+    const std::vector<std::vector<std::string>> places{
+        {""},
+        {"  Right Pedal", "  Left Pedal"},
+        {"  Center Pedal", "  Left Pedal", "  Right Pedal"},
+        {"  Right Pedal", "  Left Pedal", "  Right end Pedal", "  Left end Pedal"},
+        {"  Center Pedal", "  Left Pedal", "  Right Pedal", "  Left end Pedal",
+         "  Right end Pedal"},
+    };
+    plugIn();
+    for (const auto &ofUnit : places) {
+        NumberOfPedals = int(ofUnit.size());
+        for (std::size_t pedal = 0; pedal < ofUnit.size(); ++pedal) {
+            open(int(pedal));
+            EXPECT_EQ(label("Label_PedalName"), "Standard settings" + ofUnit[pedal]);
+            click("Cancel");
+        }
     }
+    open(0); // a left click
     EXPECT_EQ(dialog()->windowTitle(), QStringLiteral("Standard settings"));
-    EXPECT_EQ(in<QLabel>(QStringLiteral("Label_PedalName"))->text(),
-              QStringLiteral("Standard settings  Center Pedal"));
+    EXPECT_EQ(controls(), " +Mouse +Left button click -Right button click -Middle button click "
+                          "-Double click +Write to Kavelo +Cancel");
+    in("LeftClick")->setFocus();
+    QTest::keyClick(in("LeftClick"), Qt::Key_Down);
+    EXPECT_EQ(checked(), "RightClick");
+    tabs()->setCurrentIndex(0);
+    EXPECT_EQ(controls(), " +Keyboard +WITHOUT control, shift, option, command "
+                          "-WITH control, shift, option, command -ONLY control, shift, option, "
+                          "command -control -shift -option -command +Key -Write to Kavelo +Cancel");
+    EXPECT_EQ(label("labelExplanation"), "Explanation");
     EXPECT_EQ(keys()->count(), 91);
-    EXPECT_EQ(shown(), (Choice{0, QStringLiteral("NoModifiers"), -1, 0}));
-    EXPECT_FALSE(write()->isEnabled()) << "no key is chosen";
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(keys())->text(QAccessible::Name),
-              QStringLiteral("Key"));
-
-    QTest::keyClick(keys(), Qt::Key_X); // typing finds the key
-    EXPECT_EQ(keys()->currentText(), QStringLiteral("x"));
-    EXPECT_EQ(in<QLabel>(QStringLiteral("textboxExplanation"))->text(),
-              QStringLiteral("Shift and this key will be an uppercase X"));
-    EXPECT_TRUE(write()->isEnabled());
-    QTest::keyClick(dialog(), Qt::Key_Escape);
-    EXPECT_EQ(dialog(), nullptr);
-    EXPECT_FALSE(StandardSettingDialogOpen);
-    EXPECT_TRUE(requests.empty());
 }
-
-TEST_F(StandardDialogTest, EveryControlIsNamedAndReachedByTab)
-{
-    unit.memory().pedals[2] = {.mode = SIMPLE_CLICK, .record = {1}};
-    plugInAndWait();
-    open(2);
-    for (const int tab : {0, 1}) {
-        SCOPED_TRACE(tab);
-        tabs()->setCurrentIndex(tab);
-        EXPECT_GE(tabStops(*dialog(), *tabs()).size(), 4U);
-    }
-}
-
-struct LoadCase
-{
-    std::uint8_t mode;
-    CommonRecord record;
-    bool isWithinStandard;
-    Choice shown;
-    bool canBeWritten;
-};
 
 TEST_F(StandardDialogTest, ShowsASettingOrAsksAboutOneBeyondTheStandard)
 {
-    const auto choice = [](int tab, const char *radio, int key, unsigned modifiers) {
-        return Choice{tab, QLatin1String(radio), key, modifiers};
+    // The setting, whether it is within the Standard, what is shown, whether it can be written.
+    const std::vector<std::tuple<std::uint8_t, CommonRecord, bool, Choice, bool>> cases{
+        {SIMPLE_KEY_OUTPUT, {0, 0x04}, true, {0, "NoModifiers", 0}, true},
+        {SIMPLE_KEY_OUTPUT, {0x09, 0x3E}, true, {0, "WithModifiers Ctrl WindowsKey", 56}, true},
+        {SIMPLE_KEY_OUTPUT, {0x03, 0}, true, {0, "OnlyModifiers Ctrl Shift", -1}, true},
+        {SIMPLE_KEY_OUTPUT, {0x02, 0x31}, false, {0, "WithModifiers Shift", -1}, false},
+        {SIMPLE_KEY_OUTPUT, {0x11, 0x04}, false, {0, "WithModifiers Ctrl", 0}, true},
+        {SIMPLE_KEY_OUTPUT, {0x10, 0}, false, {0, "OnlyModifiers", -1}, false},
+        {SIMPLE_KEY_OUTPUT, {0, 0xFF}, false, {0, "NoModifiers", -1}, false},
+        {SIMPLE_CLICK, {4, 9, 9, 9}, true, {1, "CenterClick", -1}, true},
+        {SIMPLE_CLICK, {3}, false, {1, "", -1}, true},
+        {SIMPLE_DOUBLE_CLICK, {1, 15, 0, 15}, true, {1, "DoubleClick", -1}, true},
+        {SIMPLE_DOUBLE_CLICK, {1, 20, 0, 15}, false, {1, "", -1}, true},
+        {POINTER_MOVE, {1, 4}, false, {0, "NoModifiers", -1}, false},
+        {200, {0, 4}, false, {0, "NoModifiers", -1}, false},
     };
-    const std::vector<LoadCase> cases{
-        {SIMPLE_KEY_OUTPUT, {0, 0x04}, true, choice(0, "NoModifiers", 0, 0), true},
-        {SIMPLE_KEY_OUTPUT, {0x09, 0x3E}, true, choice(0, "WithModifiers", 56, 9), true},
-        {SIMPLE_KEY_OUTPUT, {0x03, 0}, true, choice(0, "OnlyModifiers", -1, 3), true},
-        {SIMPLE_KEY_OUTPUT, {0x02, 0x31}, false, choice(0, "WithModifiers", -1, 2), false},
-        {SIMPLE_KEY_OUTPUT, {0x11, 0x04}, false, choice(0, "WithModifiers", 0, 1), true},
-        {SIMPLE_KEY_OUTPUT, {0x10, 0}, false, choice(0, "OnlyModifiers", -1, 0), false},
-        {SIMPLE_KEY_OUTPUT, {0, 0xFF}, false, choice(0, "NoModifiers", -1, 0), false},
-        {SIMPLE_CLICK, {4, 9, 9, 9}, true, choice(1, "CenterClick", -1, 0), true},
-        {SIMPLE_CLICK, {3}, false, choice(1, "", -1, 0), true},
-        {SIMPLE_DOUBLE_CLICK, {1, 15, 0, 15}, true, choice(1, "DoubleClick", -1, 0), true},
-        {SIMPLE_DOUBLE_CLICK, {1, 20, 0, 15}, false, choice(1, "", -1, 0), true},
-        {POINTER_MOVE, {1, 4}, false, choice(0, "NoModifiers", -1, 0), false},
-        {200, {0, 4}, false, choice(0, "NoModifiers", -1, 0), false},
-    };
-    plugInAndWait();
-    for (std::size_t i = 0; i < cases.size(); ++i) {
-        SCOPED_TRACE(i);
-        const LoadCase &load = cases[i];
-        OutputMode[2] = load.mode;
-        CommonData[2] = load.record;
-        const qsizetype asked = boxes.messages().size();
-        if (!load.isWithinStandard) {
-            boxes.answerWith(Qt::Key_Escape); // the OK button's key
-        }
-        const std::string output = printed([&] { open(2); });
-        EXPECT_EQ(output, load.isWithinStandard
-                              ? ""
-                              : "Settings in Pedal 2 is out of the Standard, but the user selected "
-                                "settings by the Standard.\n");
-        ASSERT_NE(dialog(), nullptr);
-        EXPECT_EQ(boxes.messages().size() - asked, load.isWithinStandard ? 0 : 1);
-        EXPECT_EQ(shown(), load.shown);
-        EXPECT_EQ(write()->isEnabled(), load.canBeWritten);
-        QTest::keyClick(in<QPushButton>(QStringLiteral("buttonCancel")), Qt::Key_Return);
-        EXPECT_EQ(dialog(), nullptr);
-        EXPECT_EQ(OutputMode[2], load.mode);
-        EXPECT_EQ(CommonData[2], load.record);
-
-        if (!load.isWithinStandard) {
-            EXPECT_EQ(boxes.messages().last(), Question);
+    const std::string beyond = "Settings in Pedal 2 is out of the Standard, ";
+    plugIn();
+    for (const auto &[mode, record, isWithin, choice, canBeWritten] : cases) {
+        SCOPED_TRACE(::testing::PrintToString(record));
+        load(2, mode, record);
+        boxes.forgetMessages();
+        std::string log;
+        if (!isWithin) {
             boxes.answerWith(Qt::Key_Return); // the Cancel button's key
             SettingEnabled = true;            // as another dialog has left it
-            EXPECT_EQ(printed([&] { open(2); }),
-                      "Settings in Pedal 2 is out of the Standard, and the user selected "
-                      "canceling.\n");
+            EXPECT_EQ(printed([&] { open(2); }), beyond + "and the user selected canceling.\n");
             EXPECT_FALSE(SettingEnabled);
             EXPECT_EQ(dialog(), nullptr);
-            EXPECT_FALSE(StandardSettingDialogOpen);
+            boxes.reactWith([](QMessageBox &box) {
+                QTest::simulateEvent(&box, true, Qt::Key_Return, {}, {}, true); // held down
+                QTest::keyClick(&box, Qt::Key_Escape); // the OK button's key
+            });
+            log = beyond + "but the user selected settings by the Standard.\n";
         }
+        EXPECT_EQ(printed([&] { open(2); }), log);
+        EXPECT_EQ(boxes.messages(), QStringList(isWithin ? 0 : 2, Question));
+        EXPECT_EQ(shown(), choice);
+        EXPECT_EQ(label("textboxExplanation") == "Shift and this key will be an uppercase A",
+                  keys()->currentIndex() == 0);
+        EXPECT_EQ(canWrite(), canBeWritten);
+        QTest::keyClick(in("Cancel"), Qt::Key_Return);
+        EXPECT_EQ(dialog(), nullptr);
+        EXPECT_FALSE(StandardSettingDialogOpen);
+        EXPECT_EQ(OutputMode[2], mode);
+        EXPECT_EQ(CommonData[2], record);
     }
     EXPECT_TRUE(requests.empty());
 }
 
-TEST_F(StandardDialogTest, TheWriteButtonFollowsTheChoice)
+TEST_F(StandardDialogTest, TheControlsFollowTheChoice)
 {
-    unit.memory().pedals[0] = {.mode = SIMPLE_KEY_OUTPUT, .record = {0, 0x04}};
-    plugInAndWait();
-    open(0);
-    click(radio("WithModifiers"));
-    EXPECT_FALSE(write()->isEnabled()) << "a modifier is missing";
-    click(modifierBox(1));
-    EXPECT_TRUE(write()->isEnabled());
-    click(radio("OnlyModifiers"));
-    EXPECT_TRUE(write()->isEnabled());
-    EXPECT_FALSE(keys()->isEnabled());
-    click(modifierBox(1));
-    EXPECT_FALSE(write()->isEnabled());
-    click(radio("NoModifiers"));
-    EXPECT_TRUE(write()->isEnabled());
-    EXPECT_FALSE(modifierBox(0)->isEnabled());
-    tabs()->setCurrentIndex(1);
-    EXPECT_FALSE(write()->isEnabled()) << "no mouse action is chosen";
-    click(radio("LeftClick"));
-    EXPECT_TRUE(write()->isEnabled());
-    tabs()->setCurrentIndex(0);
-    click(radio("OnlyModifiers"));
-    EXPECT_FALSE(write()->isEnabled());
-    tabs()->setCurrentIndex(1);
-    EXPECT_TRUE(write()->isEnabled()) << "each tab has its own state";
-    dialog()->activateWindow();
-    ASSERT_TRUE(waitUntil([&] { return dialog()->isActiveWindow(); }));
-    radio("LeftClick")->setFocus();
-    QTest::keyClick(radio("LeftClick"), Qt::Key_Down);
-    EXPECT_EQ(shown().radio, QStringLiteral("RightClick"));
-    QTest::keyClick(dialog(), Qt::Key_Escape);
+    // The tab, what is pressed there, how many key controls and modifiers can be used, whether the
+    // choice can be written.
+    const std::vector<std::tuple<int, const char *, int, int, bool>> steps{
+        {0, "", 4, 0, false},                                            // no key is chosen
+        {0, "Keys=23", 4, 0, true},   {0, "WithModifiers", 4, 4, false}, // a modifier is missing
+        {0, "Shift", 4, 4, true},     {0, "OnlyModifiers", 0, 4, true},
+        {0, "Shift", 0, 4, false},    {0, "NoModifiers", 4, 0, true},
+        {1, "", 4, 0, false}, // no mouse action is chosen
+        {1, "LeftClick", 4, 0, true}, {0, "OnlyModifiers", 0, 4, false},
+        {1, "", 0, 4, true}, // each tab has its own state
+    };
+    unit.memory().pedals[0] = {};
+    plugIn();
+    standard(0)->setFocus();
+    QTest::keyClick(standard(0), Qt::Key_Return);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        QTest::simulateEvent(dialog(), true, key, {}, {}, true);
+        ASSERT_NE(dialog(), nullptr) << "the key that has opened the dialog is still down";
+    }
+    for (const auto &[tab, control, keyControls, modifiers, canBeWritten] : steps) {
+        SCOPED_TRACE(control);
+        tabs()->setCurrentIndex(tab);
+        take(control);
+        EXPECT_EQ(enabled("^(labelKeys|listboxKeys|.*Explanation)$"), keyControls);
+        EXPECT_EQ(enabled("^checkbox"), modifiers);
+        EXPECT_EQ(canWrite(), canBeWritten);
+    }
+    EXPECT_EQ(keys()->currentText(), QStringLiteral("x"));
+    EXPECT_EQ(label("textboxExplanation"), "Shift and this key will be an uppercase X");
 }
 
 TEST_F(StandardDialogTest, EveryChoiceSurvivesTheRoundThroughTheUnit)
 {
     std::vector<Choice> choices;
-    for (int key = 0; key < 91; ++key) {
-        choices.push_back({0, QStringLiteral("NoModifiers"), key, 0});
-        choices.push_back({0, QStringLiteral("WithModifiers"), key, 1U << (key % 4)});
-        choices.push_back({0, QStringLiteral("WithModifiers"), key, 0xF});
+    for (int key = -15; key < 91; ++key) { // below 0 modifiers only
+        const unsigned modifiers = unsigned(key + 16) % 16;
+        std::string buttons = key < 0          ? "OnlyModifiers"
+                              : modifiers == 0 ? "NoModifiers"
+                                               : "WithModifiers";
+        for (unsigned bit = 0; bit < 4; ++bit) {
+            const std::array boxNames{" Ctrl", " Shift", " Alt", " WindowsKey"};
+            buttons += (modifiers >> bit & 1U) != 0 ? boxNames.at(bit) : "";
+        }
+        choices.emplace_back(0, buttons, std::max(key, -1));
     }
-    for (unsigned modifiers = 1; modifiers <= 0xF; ++modifiers) {
-        choices.push_back({0, QStringLiteral("OnlyModifiers"), -1, modifiers});
-    }
-    for (const char *name : MouseRadios) {
-        choices.push_back({1, QLatin1String(name), -1, 0});
+    for (const char *button : {"LeftClick", "RightClick", "CenterClick", "DoubleClick"}) {
+        choices.emplace_back(1, button, -1);
     }
     std::mt19937 random(3);
-    plugInAndWait();
+    plugIn();
     for (const Choice &choice : choices) {
         SCOPED_TRACE(::testing::PrintToString(choice));
+        const auto &[tab, buttons, key] = choice;
         // Whatever the dialog does not write must come back as it was.
         PedalMemory &pedal = unit.memory().pedals[3];
         std::ranges::generate(pedal.record, [&] { return std::uint8_t(random()); });
-        pedal.mode = POINTER_MOVE;
-        OutputMode[3] = pedal.mode;
-        CommonData[3] = pedal.record;
         const CommonRecord before = pedal.record;
-        const std::size_t written = choice.tab == 0                                 ? 2
-                                    : choice.radio == QStringLiteral("DoubleClick") ? 4
-                                                                                    : 1;
+        const std::size_t written = tab == 0 ? 2 : buttons == "DoubleClick" ? 4 : 1;
+        load(3, POINTER_MOVE, before);
         boxes.answerWith(Qt::Key_Escape);
         open(3);
-        if (choice.radio == QStringLiteral("NoModifiers")) {
-            choose({0, QStringLiteral("WithModifiers"), 0, 0xF}); // ticks that must not count
+        if (buttons == "NoModifiers") {
+            take("WithModifiers Ctrl Shift Alt WindowsKey"); // ticks that must not count
         }
-        choose(choice);
+        SelectedPedalNo = 1; // as a read of the unit and another dialog have left them
+        PedalName = QStringLiteral("Left Pedal");
         boxes.answerWith(Qt::Key_Return);
-        click(write());
+        write(choice);
+        EXPECT_TRUE(boxes.messages().last().contains(QStringLiteral("Left End Pedal")));
         ASSERT_EQ(dialog(), nullptr);
         EXPECT_TRUE(
             std::equal(before.begin() + written, before.end(), pedal.record.begin() + written));
 
-        OutputMode[3] = pedal.mode;
-        CommonData[3] = pedal.record;
+        load(3, pedal.mode, pedal.record);
         open(3);
         ASSERT_NE(dialog(), nullptr) << "it is within the Standard";
         EXPECT_EQ(shown(), choice);
@@ -296,122 +200,36 @@ TEST_F(StandardDialogTest, EveryChoiceSurvivesTheRoundThroughTheUnit)
     }
 }
 
-TEST_F(StandardDialogTest, WritingSendsTheRecordAndTheParametersAndNamesThePedal)
+TEST_F(StandardDialogTest, AnUnplugTakesItDownAtAnyMomentAndAReplugReadsEverythingAgain)
 {
-    unit.memory().pedals[4].record = {0, 0x4F, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
-    plugInAndWait();
-    open(4);
-    choose({0, QStringLiteral("WithModifiers"), 0, 2});
-    PedalName = QStringLiteral("Left Pedal"); // as another dialog has left it
-    boxes.answerWith(Qt::Key_Return);
-    click(write());
-    EXPECT_EQ(boxes.messages().last(),
-              QStringLiteral("The settings of the Right End Pedal have finished successfully."));
-    EXPECT_EQ(requests, (std::vector<hid::Report>{
-                            {0x94, 4, 0, 0x02, 0x04, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11},
-                            {0x92, 25, 20, 15, 15, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}}));
-    EXPECT_EQ(unit.memory().timing, (std::array<std::uint8_t, 4>{25, 20, 15, 15}));
-    EXPECT_TRUE(showsUnit(unit));
-}
-
-TEST_F(StandardDialogTest, ADialogEditsItsOwnPedalEvenWhileTheUnitIsStillBeingRead)
-{
-    unit.setReplyDelay(std::chrono::milliseconds(40));
-    when([&] { return standard(0)->isEnabled(); },
-         [&] {
-             unit.setReplyDelay(std::chrono::milliseconds(1));
-             open(0);
-         });
-    const UnitMemory before = unit.memory();
-    bus::plugIn(unit);
-    ASSERT_TRUE(waitUntil([&] { return dialog() != nullptr && showsUnit(unit); }));
-    choose({1, QStringLiteral("RightClick"), -1, 0});
-    boxes.answerWith(Qt::Key_Return);
-    click(write());
-    ASSERT_TRUE(waitUntil([&] { return !boxes.messages().isEmpty() && showsUnit(unit); }));
-    EXPECT_EQ(unit.memory().pedals[0].record[0], 2);
-    EXPECT_TRUE(std::equal(before.pedals.begin() + 1, before.pedals.end(),
-                           unit.memory().pedals.begin() + 1));
-    runTicks(2);
-    EXPECT_TRUE(showsUnit(unit));
-}
-
-TEST_F(StandardDialogTest, NothingIsWrittenToAUnitThatHasJustTakenTheOthersPlace)
-{
-    SimulatedUnit next;
-    const UnitMemory before = next.memory();
-    plugInAndWait();
-    open(1);
-    bus::unplug(unit);
-    bus::plugIn(next);
-    for (int i = 0; i < 3; ++i) {
-        QCoreApplication::sendPostedEvents(); // the link changes units, but no tick has come yet
-    }
-    ASSERT_TRUE(isConnected && DeviceDetectedChanged);
-    choose({1, QStringLiteral("RightClick"), -1, 0});
-    click(write());
-    ASSERT_TRUE(waitUntil([&] { return showsUnit(next); }));
-    EXPECT_EQ(next.memory(), before);
-}
-
-/// How far the user has come when the unit goes.
-enum class Moment { DialogOpen, QuestionOpen, SuccessShown, Writing };
-
-class UnplugTest : public StandardDialogTest, public ::testing::WithParamInterface<Moment>
-{
-};
-
-TEST_P(UnplugTest, TakesTheDialogsDownAndAReplugReadsEverythingAgain)
-{
-    const Moment moment = GetParam();
-    unit.memory().pedals[0].mode =
-        moment == Moment::QuestionOpen ? WHEEL_ROTATION : SIMPLE_KEY_OUTPUT;
-    plugInAndWait();
-    bool wasTakenDown = false;
-    const auto replugWhenTakenDown = [&] {
-        when([&] { return dialog() == nullptr && isBlank(); },
-             [&] {
-                 wasTakenDown = true;
-                 bus::plugIn(unit);
-             });
+    const auto unplugAtBox = [&] {
+        boxes.reactWith([&](QMessageBox & /*box*/) { bus::unplug(unit); });
     };
-    switch (moment) {
-    case Moment::QuestionOpen:
-        boxes.reactWith([&](QMessageBox & /*box*/) {
-            replugWhenTakenDown();
-            bus::unplug(unit);
-        });
+    const auto openAndWrite = [&] {
         open(0);
-        break;
-    case Moment::DialogOpen:
-        open(0);
-        replugWhenTakenDown();
-        bus::unplug(unit);
-        break;
-    case Moment::SuccessShown:
-    case Moment::Writing:
-        open(0);
-        choose({1, QStringLiteral("RightClick"), -1, 0});
-        replugWhenTakenDown();
-        if (moment == Moment::SuccessShown) {
-            boxes.reactWith([&](QMessageBox & /*box*/) { bus::unplug(unit); });
-        } else {
-            unit.setFault({.kind = FaultKind::Unplug, .exchange = 1});
-        }
-        click(write());
-        break;
+        write({1, "RightClick", -1});
+    };
+    // clang-format off
+    const std::vector<std::function<void()>> moments{
+        [&] { load(0, WHEEL_ROTATION, {}); unplugAtBox(); open(0); }, // at the question
+        [&] { open(0); bus::unplug(unit); },
+        [&] { unplugAtBox(); openAndWrite(); }, // at the success
+        [&] { unit.setFault({.kind = FaultKind::Unplug, .exchange = 1}); openAndWrite(); },
+    };
+    // clang-format on
+    plugIn();
+    for (std::size_t i = 0; i < moments.size(); ++i) {
+        SCOPED_TRACE(i);
+        when([&] { return dialog() == nullptr && isBlank(); }, [&] { bus::plugIn(unit); });
+        moments[i]();
+        ASSERT_TRUE(waitUntil([&] { return bus::isPluggedIn(unit) && showsUnit(unit); }));
+        runTicks(2);
+        EXPECT_TRUE(showsUnit(unit));
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+        EXPECT_FALSE(StandardSettingDialogOpen || CloseStandardSetting || timer2state);
+        EXPECT_EQ(boxes.dialogsShown(), int(i)) << "none came behind the question";
     }
-    ASSERT_TRUE(waitUntil([&] { return wasTakenDown && showsUnit(unit); }));
-    runTicks(2);
-    EXPECT_TRUE(showsUnit(unit));
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
-    EXPECT_FALSE(StandardSettingDialogOpen);
-    EXPECT_EQ(boxes.dialogsShown(), moment == Moment::QuestionOpen ? 0 : 1);
 }
-
-INSTANTIATE_TEST_SUITE_P(Moments, UnplugTest,
-                         ::testing::Values(Moment::DialogOpen, Moment::QuestionOpen,
-                                           Moment::SuccessShown, Moment::Writing));
 
 } // namespace
 } // namespace kavelo

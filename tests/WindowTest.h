@@ -9,6 +9,7 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -133,11 +134,17 @@ protected:
     {
         QTest::mouseClick(widget, Qt::LeftButton, {}, {10, widget->height() / 2});
     }
-    /// Turns a button on or off as a screen reader, voice control or a switch device does.
-    static void toggle(QWidget *button)
+    /// Goes round a window's controls with Tab, from `first` on; returns them in their order.
+    static std::vector<QWidget *> tabStops(QWidget &shown, QWidget &first)
     {
-        QAccessible::queryAccessibleInterface(button)->actionInterface()->doAction(
-            QAccessibleActionInterface::toggleAction());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &shown; }, 20000));
+        std::vector<QWidget *> stops;
+        first.setFocus();
+        while (std::ranges::find(stops, QApplication::focusWidget()) == stops.end()) {
+            stops.push_back(QApplication::focusWidget());
+            QTest::keyClick(stops.back(), Qt::Key_Tab);
+        }
+        return stops;
     }
     /// Sets a pedal whose setting is a click already to another one, by clicks in the dialog.
     void writeClick(int pedal, const QString &radioButton)
