@@ -14,7 +14,7 @@ namespace kavelo {
 class DialogTest : public WindowTest
 {
 protected:
-    void plugIn()
+    void plugInAndWait()
     {
         bus::plugIn(unit);
         ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
@@ -89,7 +89,7 @@ protected:
         const QRegularExpression names{QLatin1String(pattern)};
         return std::ranges::count_if(dialog()->findChildren<QWidget *>(names), &QWidget::isEnabled);
     }
-    /// What screen readers call the controls on screen, in Tab's order. Tab stops at those with
+    /// What screen readers call the controls on screen, in Tab's order. Tab stops where there's
     /// "+".
     std::string controls()
     {

@@ -34,23 +34,23 @@ protected:
 TEST_F(StandardDialogTest, NamesThePedalAndItsControlsAndTabReachesThem)
 {
     const std::vector<std::vector<std::string>> places{
-        {""},
-        {"  Right Pedal", "  Left Pedal"},
-        {"  Center Pedal", "  Left Pedal", "  Right Pedal"},
-        {"  Right Pedal", "  Left Pedal", "  Right end Pedal", "  Left end Pedal"},
-        {"  Center Pedal", "  Left Pedal", "  Right Pedal", "  Left end Pedal",
-         "  Right end Pedal"},
+        {"Right", "Left"},
+        {"Center", "Left", "Right"},
+        {"Right", "Left", "Right end", "Left end"},
+        {"Center", "Left", "Right", "Left end", "Right end"},
     };
-    plugIn();
+    plugInAndWait();
     for (const auto &ofUnit : places) {
         NumberOfPedals = int(ofUnit.size());
         for (std::size_t pedal = 0; pedal < ofUnit.size(); ++pedal) {
             open(int(pedal));
-            EXPECT_EQ(label("Label_PedalName"), "Standard settings" + ofUnit[pedal]);
+            EXPECT_EQ(label("Label_PedalName"), "Standard settings  " + ofUnit[pedal] + " Pedal");
             click("Cancel");
         }
     }
+    NumberOfPedals = 1;
     open(0); // a left click
+    EXPECT_EQ(label("Label_PedalName"), "Standard settings");
     EXPECT_EQ(dialog()->windowTitle(), QStringLiteral("Standard settings"));
     EXPECT_EQ(controls(), " +Mouse +Left button click -Right button click -Middle button click "
                           "-Double click +Write to Kavelo +Cancel");
@@ -84,7 +84,7 @@ TEST_F(StandardDialogTest, ShowsASettingOrAsksAboutOneBeyondTheStandard)
         {200, {0, 4}, false, {0, "NoModifiers", -1}, false},
     };
     const std::string beyond = "Settings in Pedal 2 is out of the Standard, ";
-    plugIn();
+    plugInAndWait();
     for (const auto &[mode, record, isWithin, choice, canBeWritten] : cases) {
         SCOPED_TRACE(::testing::PrintToString(record));
         load(2, mode, record);
@@ -119,19 +119,25 @@ TEST_F(StandardDialogTest, ShowsASettingOrAsksAboutOneBeyondTheStandard)
 
 TEST_F(StandardDialogTest, TheControlsFollowTheChoice)
 {
+    // clang-format off
     // The tab, what is pressed there, how many key controls and modifiers can be used, whether the
     // choice can be written.
     const std::vector<std::tuple<int, const char *, int, int, bool>> steps{
-        {0, "", 4, 0, false},                                            // no key is chosen
-        {0, "Keys=23", 4, 0, true},   {0, "WithModifiers", 4, 4, false}, // a modifier is missing
-        {0, "Shift", 4, 4, true},     {0, "OnlyModifiers", 0, 4, true},
-        {0, "Shift", 0, 4, false},    {0, "NoModifiers", 4, 0, true},
+        {0, "", 4, 0, false}, // no key is chosen
+        {0, "Keys=23", 4, 0, true},
+        {0, "WithModifiers", 4, 4, false}, // a modifier is missing
+        {0, "Shift", 4, 4, true},
+        {0, "OnlyModifiers", 0, 4, true},
+        {0, "Shift", 0, 4, false},
+        {0, "NoModifiers", 4, 0, true},
         {1, "", 4, 0, false}, // no mouse action is chosen
-        {1, "LeftClick", 4, 0, true}, {0, "OnlyModifiers", 0, 4, false},
+        {1, "LeftClick", 4, 0, true},
+        {0, "OnlyModifiers", 0, 4, false},
         {1, "", 0, 4, true}, // each tab has its own state
     };
+    // clang-format on
     unit.memory().pedals[0] = {};
-    plugIn();
+    plugInAndWait();
     standard(0)->setFocus();
     QTest::keyClick(standard(0), Qt::Key_Return);
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
@@ -168,7 +174,7 @@ TEST_F(StandardDialogTest, EveryChoiceSurvivesTheRoundThroughTheUnit)
         choices.emplace_back(1, button, -1);
     }
     std::mt19937 random(3);
-    plugIn();
+    plugInAndWait();
     for (const Choice &choice : choices) {
         SCOPED_TRACE(::testing::PrintToString(choice));
         const auto &[tab, buttons, key] = choice;
@@ -205,19 +211,16 @@ TEST_F(StandardDialogTest, AnUnplugTakesItDownAtAnyMomentAndAReplugReadsEverythi
     const auto unplugAtBox = [&] {
         boxes.reactWith([&](QMessageBox & /*box*/) { bus::unplug(unit); });
     };
-    const auto openAndWrite = [&] {
-        open(0);
-        write({1, "RightClick", -1});
-    };
+    const Choice rightClick{1, "RightClick", -1};
     // clang-format off
     const std::vector<std::function<void()>> moments{
         [&] { load(0, WHEEL_ROTATION, {}); unplugAtBox(); open(0); }, // at the question
         [&] { open(0); bus::unplug(unit); },
-        [&] { unplugAtBox(); openAndWrite(); }, // at the success
-        [&] { unit.setFault({.kind = FaultKind::Unplug, .exchange = 1}); openAndWrite(); },
+        [&] { unplugAtBox(); open(0); write(rightClick); }, // at the success
+        [&] { unit.setFault({.kind = FaultKind::Unplug, .exchange = 1}); open(0); write(rightClick); },
     };
     // clang-format on
-    plugIn();
+    plugInAndWait();
     for (std::size_t i = 0; i < moments.size(); ++i) {
         SCOPED_TRACE(i);
         when([&] { return dialog() == nullptr && isBlank(); }, [&] { bus::plugIn(unit); });
