@@ -12,22 +12,20 @@ constexpr int EditedPedal = 3;
 const QStringList Success{
     QStringLiteral("The settings of the Left End Pedal have finished successfully.")};
 
-enum Page { Click, KeyOutput, PointerMovement, MultipleKeyOutput };
+enum Page { AsOpened = -1, Click, KeyOutput, PointerMovement, MultipleKeyOutput };
 
 class AdvancedDialogTest : public DialogTest
 {
 protected:
     void SetUp() override { plugInAndWait(); }
 
-    void open(Page page = Click, bool settingEnabled = true)
+    void open(Page page = AsOpened, bool settingEnabled = true)
     {
         SelectedPedalNo = EditedPedal;
         PedalName = name(EditedPedal)->text();
         SettingEnabled = settingEnabled;
         window.SetPedal2Advanced_clicked();
-        if (page != Click) {
-            tabs()->setCurrentIndex(page);
-        }
+        tabs()->setCurrentIndex(page);
     }
     /// Sets a field's text as a screen reader does.
     static void enterText(QLineEdit *field, const char *text)
@@ -270,6 +268,7 @@ TEST_F(AdvancedDialogTest, OptionsEnableTheirControls)
 
 TEST_F(AdvancedDialogTest, FieldsAndTheirSteppersFollowEachOtherWithinTheLimits)
 {
+    using Entries = std::vector<std::pair<const char *, int>>;
     const QByteArray repeats = "NumberOfRepeats";
     open(PointerMovement);
     take("SetNumber");
@@ -283,11 +282,8 @@ TEST_F(AdvancedDialogTest, FieldsAndTheirSteppersFollowEachOtherWithinTheLimits)
         expectNumber(repeats, limit);
         QTest::keyClick(in(repeats), Qt::Key_Down);
         expectNumber(repeats, limit - 1);
-        for (const auto &[entered, taken] : {std::pair{"17", 17},
-                                             {"x", 17},
-                                             {"70000", limit},
-                                             {"12345678901234567890", limit},
-                                             {"-5", 1}}) {
+        const Entries entries{{"17", 17}, {"x", 17}, {"12345678901234567890", limit}, {"-5", 1}};
+        for (const auto &[entered, taken] : entries) {
             enterText(text(repeats), entered);
             expectNumber(repeats, taken);
         }

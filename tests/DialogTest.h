@@ -14,12 +14,6 @@ namespace kavelo {
 class DialogTest : public WindowTest
 {
 protected:
-    void plugInAndWait()
-    {
-        bus::plugIn(unit);
-        ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
-        requests.clear();
-    }
     /// Puts another setting in the place of the one that has been read.
     static void load(std::size_t pedal, std::uint8_t mode, const CommonRecord &record)
     {
