@@ -3,8 +3,6 @@
 #include "BoxWatcher.h"
 #include "SimulatedUnit.h"
 
-#include <QStringList>
-
 #include <gtest/gtest.h>
 
 #include <chrono>

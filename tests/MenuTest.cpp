@@ -122,13 +122,15 @@ TEST_F(MenuTest, AQuestionAboutAUnitThatGoesIsTakenDownAndTheNextUnitIsNotRestor
 TEST_F(MenuTest, ARestoreAskedForDuringAReadEndsInARightPicture)
 {
     setFiveModes(unit);
-    unit.setReplyDelay(std::chrono::milliseconds(40));
+    unit.setReplyDelay(TickPeriod + std::chrono::milliseconds(20));
     when([&] { return standard(1)->isEnabled(); }, [&] { restoreItem()->trigger(); });
     boxes.answerWith(Qt::Key_Escape);
     boxes.answerWith(Qt::Key_Return);
     bus::plugIn(unit);
     ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && showsUnit(unit); }));
-    EXPECT_EQ(unit.memory().pedals[4].mode, SIMPLE_KEY_OUTPUT);
+    const auto parameters =
+        std::ranges::find(requests, SET_PARAMETERS, [](const auto &request) { return request[0]; });
+    EXPECT_EQ(requests.end() - parameters, 1 + 2 + MaxPedals) << "the read does not go on";
 }
 
 } // namespace
