@@ -26,7 +26,6 @@ void AdvancedSettingDialogViewController::connectKeyOutputPage()
     for (const std::uint8_t usage : KeyListUsageIDs) {
         m_ui->KO_listboxKeys->addItem(GetKeyName(usage));
     }
-    m_ui->KO_listboxKeys->setCurrentIndex(-1); // the first insertion has selected a row
     const std::array<std::pair<QAbstractButton *, Action>, 8> actions{{
         {m_ui->KO_checkboxLeftCtrl, &Self::KO_checkboxLeftCtrl_clicked},
         {m_ui->KO_checkboxLeftShift, &Self::KO_checkboxLeftShift_clicked},

@@ -62,7 +62,6 @@ void AdvancedSettingDialogViewController::resetMultipleKeyOutput()
     for (int number = 0; number < PlaceholderKeys; ++number) {
         m_ui->PSKO_listboxKeys->addItem(QStringLiteral("test%1").arg(number));
     }
-    m_ui->PSKO_listboxKeys->setCurrentIndex(-1); // the first insertion has selected a row
     PSKO_Changing = false;
 }
 
@@ -138,7 +137,6 @@ void AdvancedSettingDialogViewController::PSKO_SetControls()
     for (int output = 0; output < PSKO_NumberOfOutput; ++output) {
         m_ui->PSKO_listboxOutput->addItem(outputLine(static_cast<std::size_t>(output)));
     }
-    m_ui->PSKO_listboxOutput->setCurrentIndex(-1); // the first insertion has selected a row
     // The list is as wide as its lines, however narrow the box.
     QAbstractItemView *list = m_ui->PSKO_listboxOutput->view();
     list->setMinimumWidth(list->sizeHintForColumn(0));
