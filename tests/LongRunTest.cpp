@@ -9,7 +9,7 @@ class LongRunTest : public WindowTest, public ::testing::WithParamInterface<int>
 {
 protected:
     LongRunTest()
-        : WindowTest(std::chrono::milliseconds(1))
+        : WindowTest(std::chrono::milliseconds(5))
     {
         setFiveModes(unit);
     }
