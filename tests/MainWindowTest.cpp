@@ -98,6 +98,7 @@ TEST_F(MainWindowTest, ReadsEveryPedalOnceWhateverElseIsPluggedIn)
     ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
     SimulatedUnit other;
     bus::plugIn(other);
+    MyNewDeviceCallback(nullptr, nullptr); // from a system that tells of it all the same
     runTicks(2);
     bus::unplug(other);
     runTicks(2);

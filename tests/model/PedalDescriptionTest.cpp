@@ -84,8 +84,8 @@ constexpr auto Rows = std::to_array<Row>({
     {9, {0, 0, 0, 0x80, 0, 0, 0, 0, 4}, "Multiple (Simultaneous) Key Output\n[On time] 0 ms\n"
         "[Time between] 0 ms\n[Number of outputs] 0\n[Repetition] Until you release the pedal\n"
         "[1st Output] [none] + [a]", {2, 6}},
-    {9, {0, 0, 0, 11}, "Multiple (Simultaneous) Key Output\n[On time] 0 ms\n[Time between] 0 ms\n"
-        "[Number of outputs] 11\n[Repetition] Until you release the pedal\n[1st Output] [none]\n"
+    {9, {0, 0, 0, 127}, "Multiple (Simultaneous) Key Output\n[On time] 0 ms\n[Time between] 0 ms\n"
+        "[Number of outputs] 127\n[Repetition] Until you release the pedal\n[1st Output] [none]\n"
         "[2nd Output] [none]\n[3rd Output] [none]\n[Output No.4] [none]\n[Output No.5] [none]\n"
         "[Output No.6] [none]\n[Output No.7] [none]\n[Output No.8] [none]\n[Output No.9] [none]\n"
         "[Output No.10] [none]"},
