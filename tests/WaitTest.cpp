@@ -142,7 +142,7 @@ TEST_F(WaitTest, WhatFailsTwiceIsToldOnceAndCostsNoMoreThanItMust)
         boxes.answerWith(Qt::Key_Return);
         unit.setFault({.kind = fault, .request = request});
         requests.clear();
-        const std::string output = printed([&] {
+        const std::string output = printed([&, asked = asked, pedals = pedals] {
             bus::plugIn(unit);
             ASSERT_TRUE(waitUntil([&] {
                 return requests.size() >= asked && !Flag_send && litRows() == pedals &&
