@@ -145,11 +145,12 @@ bool Tour::drivePanel()
 bool Tour::showEveryNumberOfPedals()
 {
     auto &plug = control<QCheckBox>(m_panel, QStringLiteral("pluggedIn"));
+    const auto &replug = control<QPushButton>(m_panel, QStringLiteral("replug"));
     for (int pedals = 0; pedals <= MaxPedals; ++pedals) {
         if (plug.isChecked()) {
             click(plug);
         }
-        if (!waitForPedals(0)) {
+        if (!waitForPedals(0) || replug.isEnabled()) {
             return false;
         }
         if (pedals > 0) {
