@@ -140,7 +140,7 @@ protected:
 TEST_F(Hidraw, FindsExactlyTheMatchingDevices)
 {
     // clang-format off
-    const std::tuple<const char *, DeviceKind, std::size_t> cases[] = {
+    const std::vector<std::tuple<const char *, DeviceKind, std::size_t>> cases{
         {"the unit", {}, 1},
         {"vendor page second", {.descriptor = "05010906a101c00600ffa101c0"}, 1},
         {"its keyboard interface", {.descriptor = "05010906a101c0"}, 0},
