@@ -28,11 +28,6 @@ KaveloTest::~KaveloTest()
     EXPECT_TRUE(boxes.isDone()) << "a message box did not come";
 }
 
-bool KaveloTest::waitUntil(const std::function<bool()> &condition)
-{
-    return QTest::qWaitFor(condition, 20000);
-}
-
 void KaveloTest::when(const std::function<bool()> &condition, const std::function<void()> &action)
 {
     auto *poll = new QTimer(&unit);

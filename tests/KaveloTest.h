@@ -2,6 +2,7 @@
 
 #include "BoxWatcher.h"
 #include "SimulatedUnit.h"
+#include "WaitUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -33,8 +34,6 @@ protected:
     explicit KaveloTest(std::chrono::milliseconds tickPeriod = DefaultTickPeriod);
     ~KaveloTest() override;
 
-    /// Runs the event loop until `condition` holds; false when it never does.
-    [[nodiscard]] static bool waitUntil(const std::function<bool()> &condition);
     /// Does `action` once, as soon as `condition` holds, also inside the program's own waits, in
     /// which the test itself does not get on.
     void when(const std::function<bool()> &condition, const std::function<void()> &action);

@@ -137,7 +137,7 @@ protected:
     /// Goes round a window's controls with Tab, from `first` on; returns them in their order.
     static std::vector<QWidget *> tabStops(QWidget &shown, QWidget &first)
     {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &shown; }, 20000));
+        EXPECT_TRUE(waitUntil([&] { return QApplication::activeWindow() == &shown; }));
         std::vector<QWidget *> stops;
         first.setFocus();
         while (std::ranges::find(stops, QApplication::focusWidget()) == stops.end()) {

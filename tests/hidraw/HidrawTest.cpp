@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
+#include <functional>
 #include <numeric>
 #include <tuple>
 

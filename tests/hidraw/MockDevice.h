@@ -2,9 +2,9 @@
 
 #include "FileDescriptor.h"
 #include "SimulatedUnit.h"
+#include "WaitUntil.h"
 
 #include <QSocketNotifier>
-#include <QTest>
 
 #include <gtest/gtest.h>
 #include <umockdev.h>
@@ -17,7 +17,6 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -27,12 +26,6 @@
 namespace kavelo::test {
 
 using Bytes = std::vector<std::uint8_t>;
-
-/// Runs the event loop until `holds`, or for so long that something must be wrong.
-inline bool waitUntil(const std::function<bool()> &holds)
-{
-    return QTest::qWaitFor(holds, 20000);
-}
 
 /// What is plugged in: by default the unit.
 struct DeviceKind

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QTest>
+
+#include <functional>
+
+namespace kavelo {
+
+/// Runs the event loop until `condition` holds; false when it never does.
+[[nodiscard]] inline bool waitUntil(const std::function<bool()> &condition)
+{
+    return QTest::qWaitFor(condition, 20000);
+}
+
+} // namespace kavelo
