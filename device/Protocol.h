@@ -67,9 +67,7 @@ constexpr bool MESSAGE_ON = true;
 constexpr bool MESSAGE_OFF = false;
 
 // Timing of an exchange and of the periodic work around it.
-/// Period of the three repeating timers. A variable only so that tests can run through the waits
-/// quickly; a timer takes it when it starts.
-inline std::chrono::milliseconds TickPeriod{100};
+constexpr std::chrono::milliseconds TickPeriod{100}; ///< of the three repeating timers
 constexpr std::chrono::milliseconds WaitSlice{500}; ///< longest single run of the event loop
 constexpr int TimeoutTicks = 30;                    ///< ticks that a reply is waited for
 

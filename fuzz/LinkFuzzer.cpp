@@ -258,7 +258,6 @@ extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_NO_GLIB", "1"); // Qt's own event loop sleeps in ppoll(), see JumpingClock.cpp
     static const QApplication application(*argc, *argv);
     QApplication::setQuitOnLastWindowClosed(false);
     return 0;

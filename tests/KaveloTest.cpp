@@ -9,12 +9,11 @@
 
 namespace kavelo {
 
-KaveloTest::KaveloTest(std::chrono::milliseconds tickPeriod)
+KaveloTest::KaveloTest()
 {
     resetLinkState();
     InitialState = SettingEnabled = timer2state = false;
     PedalName.clear();
-    TickPeriod = tickPeriod;
     QObject::connect(&unit, &SimulatedUnit::exchanged, &unit, [this](const Exchange &exchange) {
         if (exchange.outcome == Exchange::Outcome::Waiting ||
             exchange.outcome == Exchange::Outcome::Refused) {

@@ -20,18 +20,15 @@ inline void PrintTo(const QString &text, std::ostream *out)
 
 namespace kavelo {
 
-/// The program's own TickPeriod.
-constexpr std::chrono::milliseconds DefaultTickPeriod{100};
-
 /// The one fixture: every test starts from the module-wide state of a fresh process, with an empty
-/// bus, one factory-new simulated unit of five pedals beside it, and somebody to answer boxes.
+/// bus, one factory-new simulated unit of five pedals beside it, and somebody to answer boxes. Time
+/// is made up: it passes only where the program sleeps.
 class KaveloTest : public ::testing::Test
 {
     Q_DISABLE_COPY_MOVE(KaveloTest)
 
 protected:
-    /// A shorter `tickPeriod` makes the program run through its waits quickly.
-    explicit KaveloTest(std::chrono::milliseconds tickPeriod = DefaultTickPeriod);
+    KaveloTest();
     ~KaveloTest() override;
 
     /// Does `action` once, as soon as `condition` holds, also inside the program's own waits, in

@@ -8,11 +8,7 @@ namespace {
 class LongRunTest : public WindowTest, public ::testing::WithParamInterface<int>
 {
 protected:
-    LongRunTest()
-        : WindowTest(std::chrono::milliseconds(5))
-    {
-        setFiveModes(unit);
-    }
+    LongRunTest() { setFiveModes(unit); }
 };
 
 TEST_P(LongRunTest, PlugInsAndEditsLeaveNothingBehind)

@@ -13,7 +13,6 @@ class WaitTest : public WindowTest
 {
 protected:
     WaitTest()
-        : WindowTest(milliseconds(20))
     {
         setFiveModes(unit);
         unit.memory().pedals[4] = {.mode = SIMPLE_CLICK, .record = {1}};
@@ -142,13 +141,9 @@ TEST_F(WaitTest, WhatFailsTwiceIsToldOnceAndCostsNoMoreThanItMust)
         boxes.answerWith(Qt::Key_Return);
         unit.setFault({.kind = fault, .request = request});
         requests.clear();
-        const std::string output = printed([&, asked = asked, pedals = pedals] {
+        const std::string output = printed([&] {
             bus::plugIn(unit);
-            ASSERT_TRUE(waitUntil([&] {
-                return requests.size() >= asked && !Flag_send && litRows() == pedals &&
-                       isBlank() == (pedals == 0) && !window.plugNPlay.isReplyOwed();
-            }));
-            runTicks(5);
+            runTicks(200);
         });
         EXPECT_EQ(output, isTimeout ? "alert_OK_pushed\ntimeout\ntimeout\n" : "alert_OK_pushed\n");
         EXPECT_EQ(requests.size(), asked) << "there is no third look";

@@ -47,11 +47,7 @@ constexpr std::size_t ReadExchanges = 12;
 class WindowTest : public KaveloTest
 {
 protected:
-    explicit WindowTest(std::chrono::milliseconds tickPeriod = DefaultTickPeriod)
-        : KaveloTest(tickPeriod)
-    {
-        window.show();
-    }
+    WindowTest() { window.show(); }
 
     void plugInAndWait()
     {

@@ -5,9 +5,6 @@
 
 #include <QPlainTextEdit>
 #include <QProcess>
-#include <QScopedValueRollback>
-
-#include <chrono>
 
 namespace kavelo::test {
 namespace {
@@ -37,7 +34,6 @@ protected:
 
     static constexpr const char *Setting = "[Set function] Click\n[Button] Left";
 
-    const QScopedValueRollback<std::chrono::milliseconds> tick{TickPeriod};
     SimulatedUnit unit;
     std::optional<MockDevice> device;
     BoxWatcher boxes;
@@ -75,7 +71,6 @@ class LongRun : public Product, public testing::WithParamInterface<int>
 
 TEST_P(LongRun, PlugInsOnHidrawLeaveNothingBehind)
 {
-    TickPeriod = std::chrono::milliseconds(10);
     openWindow();
     expectSteadyFootprint(*window, GetParam(), [this](int) {
         device.emplace(DeviceKind{.firmware = &unit});
@@ -87,7 +82,7 @@ TEST_P(LongRun, PlugInsOnHidrawLeaveNothingBehind)
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Short, LongRun, testing::Values(50));
+INSTANTIATE_TEST_SUITE_P(Short, LongRun, testing::Values(20));
 // Not among the tests that ctest runs: scripts/long-run.
 INSTANTIATE_TEST_SUITE_P(Full, LongRun, testing::Values(500));
 

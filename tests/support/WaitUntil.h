@@ -9,7 +9,7 @@ namespace kavelo {
 /// Runs the event loop until `condition` holds; false when it never does.
 [[nodiscard]] inline bool waitUntil(const std::function<bool()> &condition)
 {
-    return QTest::qWaitFor(condition, 20000);
+    return QTest::qWaitFor(condition, 60000);
 }
 
 } // namespace kavelo
