@@ -6,17 +6,15 @@
 
 #include <QScopedValueRollback>
 
-#include <algorithm>
 #include <utility>
 
 namespace kavelo {
 namespace {
 
-/// How long a reply is waited for, and how much later than that it may still come in.
-std::chrono::milliseconds replyTime()
-{
-    return TimeoutTicks * TickPeriod;
-}
+/// How long a reply is waited for.
+constexpr std::chrono::milliseconds ReplyTime = TimeoutTicks * TickPeriod;
+/// How much later than that it may still come in.
+constexpr std::chrono::milliseconds Lateness{1000};
 
 } // namespace
 
@@ -71,155 +69,115 @@ void HID_PnP::DeviceRemoved()
 
 bool HID_PnP::Communicate(std::uint8_t CommunicationCommand, bool MessageOn)
 {
-    if (!m_myDevice) {
+    hid::Report request = OutputPacketBuffer; // other senders may fill the buffer during the waits
+    request[0] = CommunicationCommand;
+    if (!waitForTurn()) {
         return true;
     }
-    // Other senders may fill the buffer during the waits.
-    const auto exchange = std::make_shared<Exchange>(Exchange{m_myDevice, OutputPacketBuffer});
-    exchange->request[0] = CommunicationCommand;
-    carryOut(exchange);
-
-    if (exchange->fate == Exchange::Fate::Answered) {
-        InputPacketBuffer = exchange->reply;
-        return false;
+    if (!send(request)) {
+        if (MessageOn) {
+            alertBox(QStringLiteral("sending error"));
+        }
+        return true;
     }
-    if (MessageOn && exchange->fate == Exchange::Fate::Refused) {
-        alertBox(QStringLiteral("sending error"));
-    } else if (exchange->fate == Exchange::Fate::TimedOut) {
+    Exchange exchange{m_myDevice};
+    waitForReply(exchange);
+    if (exchange.outcome == Exchange::Outcome::TimedOut) {
         if (MessageOn) {
             alertBox(QStringLiteral("timeout"));
         }
         logLine(QStringLiteral("timeout"));
     }
-    return true;
+    if (exchange.outcome != Exchange::Outcome::Answered) {
+        return true;
+    }
+    InputPacketBuffer = exchange.reply; // reports may have come in since
+    return false;
 }
 
-/// Sends the request as soon as no other exchange is running, and waits for what comes of it.
-void HID_PnP::carryOut(const ExchangeRef &exchange)
+void HID_PnP::Communicate_AdditionalData()
 {
-    while (m_running) {
-        runEventLoop(WaitSlice);
-    }
-    if (m_myDevice != exchange->unit) {
+    if (!waitForTurn()) {
         return;
     }
-    if (!send(*exchange, 2 * replyTime())) {
-        exchange->fate = Exchange::Fate::Refused;
-        return;
+    hid::Report request;
+    request.fill(0xFF);
+    request[0] = GET_ADDITIONAL_DATA;
+    request[1] = static_cast<std::uint8_t>(SelectedPedalNo);
+    request[2] = static_cast<std::uint8_t>(DataNo);
+    Flag_send = true;
+    if (send(request)) {
+        m_replyOwed.setRemainingTime(ReplyTime);
     }
-    m_owed.push_back(exchange);
-    m_running = exchange;
-    exchange->fate = Exchange::Fate::Waiting;
+}
+
+/// Lets a running exchange end and a late reply come in. Returns whether the unit that was held at
+/// the call is held still.
+bool HID_PnP::waitForTurn()
+{
+    const hid::DeviceRef unit = m_myDevice;
+    while (unit && m_myDevice == unit && (m_running != nullptr || isReplyOwed())) {
+        runEventLoop(TickPeriod);
+    }
+    return unit && m_myDevice == unit;
+}
+
+bool HID_PnP::send(const hid::Report &request)
+{
+    OutputPacketBuffer = request;
+    // A report that came in before the request is no reply to it; the reply itself can't come in
+    // before the event loop runs.
+    Flag_input = false;
+    return m_myDevice->setReport(OutputPacketBuffer);
+}
+
+void HID_PnP::waitForReply(Exchange &exchange)
+{
+    m_running = &exchange;
     Flag_timeout = false;
     Flag_send = true;
     m_poll.start(TickPeriod);
-    while (exchange->fate == Exchange::Fate::Waiting) {
+    while (exchange.outcome == Exchange::Outcome::Waiting) {
         runEventLoop(WaitSlice);
     }
-}
-
-bool HID_PnP::send(Exchange &exchange, std::chrono::milliseconds replyDueIn)
-{
-    OutputPacketBuffer = exchange.request;
-    if (!exchange.unit->setReport(OutputPacketBuffer)) {
-        return false;
-    }
-    // A report that came in before the request is no answer to it; the answer itself can't come in
-    // before the event loop runs.
-    Flag_input = false;
-    exchange.replyDue.setRemainingTime(replyDueIn);
-    return true;
 }
 
 void HID_PnP::check_INPUT()
 {
-    if (!m_running) {
+    if (m_running == nullptr) {
         return;
     }
     if (Flag_input) {
-        end(Exchange::Fate::Answered);
-    } else if (++Count_timeout < TimeoutTicks) {
-        return;
-    } else if (m_running->isDoubtful && m_running->unit == m_myDevice) {
-        askAgain();
-    } else {
+        end(Exchange::Outcome::Answered);
+    } else if (++Count_timeout >= TimeoutTicks) {
         Flag_timeout = true;
-        end(Exchange::Fate::TimedOut);
+        if (m_running->unit == m_myDevice) {
+            m_replyOwed.setRemainingTime(Lateness);
+        }
+        end(Exchange::Outcome::TimedOut);
     }
 }
 
-/// One report has come in where two were due, and nothing in it tells which it was. Sends the
-/// request again as soon as the reply can't be late any more.
-void HID_PnP::askAgain()
-{
-    if (!m_running->replyDue.hasExpired()) {
-        return;
-    }
-    m_running->isDoubtful = false;
-    Count_timeout = 0;
-    if (!send(*m_running, 2 * replyTime())) {
-        end(Exchange::Fate::Refused);
-    }
-}
-
-void HID_PnP::end(Exchange::Fate fate)
+void HID_PnP::end(Exchange::Outcome outcome)
 {
     m_poll.stop();
     Flag_send = false;
     Flag_input = false;
     Count_timeout = 0;
-    std::exchange(m_running, nullptr)->fate = fate;
-}
-
-void HID_PnP::Communicate_AdditionalData()
-{
-    if (!m_myDevice) {
-        return;
-    }
-    const auto exchange = std::make_shared<Exchange>(Exchange{m_myDevice, {}});
-    while (m_running) {
-        runEventLoop(WaitSlice);
-    }
-    if (m_myDevice != exchange->unit) {
-        return;
-    }
-    exchange->request.fill(0xFF);
-    exchange->request[0] = GET_ADDITIONAL_DATA;
-    exchange->request[1] = static_cast<std::uint8_t>(SelectedPedalNo);
-    exchange->request[2] = static_cast<std::uint8_t>(DataNo);
-    Flag_send = true;
-    if (send(*exchange, replyTime())) {
-        m_owed.push_back(exchange); // to be dropped when it comes
-    }
-}
-
-bool HID_PnP::isReplyOwed()
-{
-    std::erase_if(m_owed, [this](const ExchangeRef &exchange) {
-        return exchange != m_running && exchange->replyDue.hasExpired();
-    });
-    return !m_owed.empty() && m_owed.front() != m_running;
+    std::exchange(m_running, nullptr)->outcome = outcome;
 }
 
 void HID_PnP::PacketReceived()
 {
-    const bool isLate = isReplyOwed();
-    if (m_owed.empty()) {
-        // A reply that comes twice is taken for the next exchange's, and so is every reply after
-        // it, until one of them finds nobody waiting.
-        UnexpectedReply = true;
-        Flag_input = true;
-        return;
-    }
-    const ExchangeRef exchange = m_owed.front();
-    m_owed.pop_front();
-    exchange->reply = InputPacketBuffer;
-    if (!isLate) {
-        Flag_input = true;
+    if (m_running != nullptr && !Flag_input) {
+        m_running->reply = InputPacketBuffer;
         m_poll.start(std::chrono::milliseconds::zero()); // the next tick is due now
-    } else if (m_running) {
-        m_running->isDoubtful = true;
+    } else if (isReplyOwed()) {
+        m_replyOwed = {};
+    } else {
+        UnexpectedReply = true;
     }
+    Flag_input = true;
 }
 
 void HID_PnP::close()
@@ -236,13 +194,13 @@ void HID_PnP::letUnitGo()
         m_myDevice->registerInputReportCallback(InputPacketBuffer, nullptr, nullptr);
     }
     m_myDevice.reset();
-    m_owed.clear();
+    m_replyOwed = {};
 }
 
 void HID_PnP::abandonExchange()
 {
     if (m_running) {
-        end(Exchange::Fate::Abandoned);
+        end(Exchange::Outcome::Abandoned);
     }
 }
 

@@ -7,8 +7,6 @@
 #include <QObject>
 #include <QTimer>
 
-#include <chrono>
-#include <deque>
 #include <memory>
 #include <span>
 
@@ -30,8 +28,8 @@ inline bool DeviceDetectedChanged = false;
 inline bool StandardSettingDialogOpen = false;
 /// The open Standard dialog must close, its unit is gone. Set by the link, cleared by the dialog.
 inline bool CloseStandardSetting = false;
-/// A report has come in that answers nothing: replies may have been taken for one another's. Set by
-/// the link, cleared by the main window before it talks at length.
+/// A report has come in that nobody waits for, so replies may have been taken for one another's.
+/// Set by the link, cleared by the main window before it reads, writes or restores.
 inline bool UnexpectedReply = false;
 
 // Guards of the callbacks against re-entry; set and read by the callbacks only.
@@ -42,7 +40,7 @@ inline bool flag_MyRemovalCallback = false;
 
 /// A request is out and its exchange is not finished. A one-way request leaves it set.
 inline bool Flag_send = false;
-/// A report has come in, and it is not the late reply to an earlier request.
+/// A report has come in since the last request was sent.
 inline bool Flag_input = false;
 /// The last exchange ran out of time.
 inline bool Flag_timeout = false;
@@ -73,26 +71,21 @@ public:
     void NewDeviceDetected();
 
     /// Exchanges one command with the unit. The caller has filled OutputPacketBuffer from byte 1
-    /// on; the reply is in InputPacketBuffer afterwards. Runs the event loop while it waits, and
-    /// everything, also another exchange, may happen inside: an exchange that finds one running
-    /// lets it end first. The wait for the reply takes at most 30 ticks of 0.1 s. It begins anew
-    /// when the only report that came in may have been the late reply to an earlier request: the
-    /// request is then sent once more, as soon as no reply can be late any more.
+    /// on; the reply is in InputPacketBuffer afterwards. The request is sent once no other exchange
+    /// runs and no late reply is due. The reply is waited for during 30 ticks of 0.1 s. All waiting
+    /// runs the event loop, inside of which anything may happen, also another exchange.
     ///
     /// Returns true on failure: no unit, the send was refused ("sending error"), no reply in time
-    /// ("timeout"), or, silently, when the unit has changed or the link was closed meanwhile. With
-    /// `MessageOn` the first two kinds of trouble on the wire are shown in a message box.
+    /// ("timeout"), or the unit has changed or the link was closed meanwhile. With `MessageOn` a
+    /// refused send and a timeout are shown in a message box.
     bool Communicate(std::uint8_t CommunicationCommand, bool MessageOn);
 
     /// One tick of the running exchange; the only place that finds its reply or its timeout.
     void check_INPUT();
 
     /// Asks for a piece (`DataNo`) of the selected pedal's additional block without waiting for
-    /// the reply, which nothing stores. Lets a running exchange end first.
+    /// the reply, which nothing stores. Waits before the send as an exchange does.
     void Communicate_AdditionalData();
-
-    /// Whether the reply to a request that nobody waits for any more can still come in.
-    [[nodiscard]] bool isReplyOwed();
 
     /// Takes note of an input report, whose bytes are in InputPacketBuffer already.
     void PacketReceived();
@@ -102,37 +95,33 @@ public:
     void close();
 
 private:
-    /// One request and what comes of it.
+    /// A request that has been sent and what comes of it.
     struct Exchange
     {
-        /// Abandoned: not sent, or waited for in vain, because its unit has gone.
-        enum class Fate { Abandoned, Waiting, Answered, Refused, TimedOut };
+        enum class Outcome { Waiting, Answered, TimedOut, Abandoned };
 
-        hid::DeviceRef unit; ///< the only one that may get the request
-        hid::Report request;
-        Fate fate = Fate::Abandoned;
+        hid::DeviceRef unit; ///< that got the request
+        Outcome outcome = Outcome::Waiting;
         hid::Report reply{};
-        QDeadlineTimer replyDue{}; ///< until then the reply may come in, in time or late
-        bool isDoubtful = false;   ///< an earlier request's reply has come in instead of this one's
     };
-    using ExchangeRef = std::shared_ptr<Exchange>;
 
-    void carryOut(const ExchangeRef &exchange);
-    [[nodiscard]] static bool send(Exchange &exchange, std::chrono::milliseconds replyDueIn);
-    void askAgain();
-    void end(Exchange::Fate fate);
+    [[nodiscard]] bool isReplyOwed() const { return !m_replyOwed.hasExpired(); }
+    [[nodiscard]] bool waitForTurn();
+    [[nodiscard]] bool send(const hid::Report &request);
+    void waitForReply(Exchange &exchange);
+    void end(Exchange::Outcome outcome);
     void abandonExchange();
     void letUnitGo();
 
     std::unique_ptr<hid::Manager> m_hidManager;
     hid::DeviceRef m_myDevice;
-    /// Ticks while an exchange waits.
+    /// Ticks while an exchange waits for its reply.
     QTimer m_poll;
     /// The exchange that waits for its reply; null when none does.
-    ExchangeRef m_running;
-    /// Requests that the unit may still answer, in the order in which they were sent and in which
-    /// it answers them.
-    std::deque<ExchangeRef> m_owed;
+    Exchange *m_running = nullptr;
+    /// Until then the reply to a request that nobody waits for any more may come in. Replies name
+    /// no request, so nothing is sent before.
+    QDeadlineTimer m_replyOwed;
 };
 
 // The callbacks that the link registers. They reach the link through selfRef, because a callback

@@ -68,8 +68,8 @@ constexpr bool MESSAGE_OFF = false;
 
 // Timing of an exchange and of the periodic work around it.
 constexpr std::chrono::milliseconds TickPeriod{100}; ///< of the three repeating timers
-constexpr std::chrono::milliseconds WaitSlice{500}; ///< longest single run of the event loop
-constexpr int TimeoutTicks = 30;                    ///< ticks that a reply is waited for
+constexpr std::chrono::milliseconds WaitSlice{500};  ///< longest single run of the event loop
+constexpr int TimeoutTicks = 30;                     ///< ticks that a reply is waited for
 
 /// The request, filled by whoever sends a command and never cleared between commands: a byte that
 /// a command does not use still holds what an earlier request put there.

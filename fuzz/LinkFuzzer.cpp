@@ -26,9 +26,9 @@ using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
 /// How long after a request its reply can still not be taken for a later one's: the exchange's own
-/// wait and the time that the link lets it come in late. Of a one-way request it is the latter.
-/// Ticks may come a little early.
-constexpr milliseconds ExchangePatience{5800};
+/// wait, and the second for which the link then sends nothing. After a one-way request it sends
+/// nothing for 3 s. Ticks may come a little early.
+constexpr milliseconds ExchangePatience{3800};
 constexpr milliseconds OneWayPatience{2800};
 
 /// Until the next event, by the lower bits of an argument.

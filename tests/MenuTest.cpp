@@ -119,18 +119,48 @@ TEST_F(MenuTest, AQuestionAboutAUnitThatGoesIsTakenDownAndTheNextUnitIsNotRestor
     EXPECT_EQ(boxes.messages(), QStringList(RestoreQuestion));
 }
 
-TEST_F(MenuTest, ARestoreAskedForDuringAReadEndsInARightPicture)
+TEST_F(MenuTest, ARestoreSendsBackOnlyWhatItsOwnUnitHasTold)
 {
-    setFiveModes(unit);
-    unit.setReplyDelay(TickPeriod + std::chrono::milliseconds(20));
-    when([&] { return standard(1)->isEnabled(); }, [&] { restoreItem()->trigger(); });
-    boxes.answerWith(Qt::Key_Escape);
-    boxes.answerWith(Qt::Key_Return);
-    bus::plugIn(unit);
-    ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && showsUnit(unit); }));
-    const auto parameters =
-        std::ranges::find(requests, SET_PARAMETERS, [](const auto &request) { return request[0]; });
-    EXPECT_EQ(requests.end() - parameters, 1 + 2 + MaxPedals) << "the read does not go on";
+    for (const bool isReadBrokenOff : {false, true}) {
+        SCOPED_TRACE(isReadBrokenOff);
+        setFiveModes(unit);
+        plugInAndWait();
+        unplugAndWait();
+        SimulatedUnit next;
+        setFiveModes(next);
+        for (PedalMemory &pedal : next.memory().pedals) {
+            pedal.record[12] ^= 0xFF;
+        }
+        UnitMemory expected = factoryState(next.memory());
+        if (isReadBrokenOff) {
+            next.setFault({.kind = FaultKind::DropReply, .request = {GET_ADDITIONAL_DATA}});
+            boxes.answerWith(Qt::Key_Return);
+            bus::plugIn(next);
+            runTicks(100);
+            EXPECT_TRUE(isBlank());
+            restoreItem()->trigger();
+            for (std::size_t pedal = 2; pedal < MaxPedals; ++pedal) {
+                expected.pedals.at(pedal).record = UnitMemory().pedals.at(pedal).record;
+            }
+        } else {
+            next.setReplyDelay(3 * TickPeriod / 2);
+            when([&] { return standard(1)->isEnabled(); },
+                 [&] {
+                     restoreItem()->trigger();
+                     window.buttonSetPedal0Standard_Clicked();
+                     window.SetPedal2Advanced_clicked();
+                     EXPECT_EQ(boxes.dialogsShown(), 0) << "the restore counts as begun";
+                 });
+            bus::plugIn(next);
+        }
+        boxes.answerWith(Qt::Key_Escape);
+        boxes.answerWith(Qt::Key_Return);
+        ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+        runTicks(2);
+        EXPECT_EQ(next.memory(), expected);
+        bus::unplug(next);
+        runTicks(2);
+    }
 }
 
 } // namespace

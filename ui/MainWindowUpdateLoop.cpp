@@ -9,11 +9,10 @@
 #include "ScreenText.h"
 #include "ui_MainWindowViewController.h"
 
-#include <QPointer>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <cstdlib>
-#include <utility>
 
 // The main window's dealings with the unit: its main loop, and what that reads and sends.
 
@@ -26,156 +25,164 @@ const auto RestoreQuestion =
                    "Click [OK] to make the Kavelo return to the initial state. \r\n"
                    "Click [Cancel] to do nothing.");
 
+/// How many silent looks in a row unexpected replies may cause. A unit that answers more often than
+/// it is asked is not read for ever.
+constexpr int MaxSilentLooks = 3;
+
 } // namespace
 
-/// One piece of work that talks to the unit at length. Its waits may let another one in, which has
-/// then changed what this one has done so far; the unit is read afresh after that.
+/// A read, a write or a restore. Its waits may let another one in, which has then changed what this
+/// one has done so far.
 class MainWindowViewController::Run
 {
 public:
-    /// `looksAgain`: when it fails, look what the unit really holds once it is over.
-    explicit Run(MainWindowViewController &window, bool looksAgain = true)
+    explicit Run(MainWindowViewController &window)
         : m_window(window)
         , m_number(++window.m_runs)
-        , m_looksAgain(looksAgain)
     {
-        m_window.m_mayDoubt = false;
         UnexpectedReply = false;
     }
-    Run(const Run &) = delete;
-    Run &operator=(const Run &) = delete;
-    ~Run()
-    {
-        if (isOvertaken()) {
-            DeviceDetectedChanged = true;
-        } else if (m_hasFailed && m_looksAgain) {
-            m_window.m_readAgain = true;
-        }
-    }
 
+    /// Whether another run has begun since.
+    [[nodiscard]] bool isOvertaken() const { return m_window.m_runs != m_number; }
     /// Whether the arrays may hold something else by now than this run has put there, or another
     /// unit may stand where the one was. Nothing may be read or written any more then.
-    [[nodiscard]] bool isOver() const { return isOvertaken() || DeviceDetectedChanged; }
+    [[nodiscard]] bool mustStop() const { return isOvertaken() || DeviceDetectedChanged; }
 
     /// The unit has not taken or given something.
     void noteFailure() { m_hasFailed = true; }
+    [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
 
 private:
-    [[nodiscard]] bool isOvertaken() const { return m_window.m_runs != m_number; }
-
-    MainWindowViewController &m_window;
+    const MainWindowViewController &m_window;
     const int m_number;
-    const bool m_looksAgain;
     bool m_hasFailed = false;
 };
 
-/// While it lives, settings are being sent: the Standard buttons and the restore item do nothing.
-class MainWindowViewController::Sending
-{
-public:
-    explicit Sending(MainWindowViewController &window)
-        : m_window(window)
-        , m_focus(window.focusWidget())
-    {
-        set(true);
-    }
-    Sending(const Sending &) = delete;
-    Sending &operator=(const Sending &) = delete;
-    ~Sending()
-    {
-        set(false);
-        if (m_focus && m_focus->isEnabled()) {
-            m_focus->setFocus(); // greying it has moved the focus on
-        }
-    }
-
-private:
-    void set(bool isSending)
-    {
-        m_window.m_isSending = isSending;
-        m_window.enableCommands();
-    }
-
-    MainWindowViewController &m_window;
-    const QPointer<QWidget> m_focus;
-};
-
-// Reading
+// The main loop
 
 void MainWindowViewController::UpdateAppWindow()
 {
     enableCommands();
-    if (UnexpectedReply && std::exchange(m_mayDoubt, false)) {
-        m_readAgain = true;
-    }
-    // Nothing but a change of units gets between the requests of a write or a restore.
-    InitialState = InitialState && !m_isSending;
-    const bool looksAgain = m_readAgain && !m_isSending && !plugNPlay.isReplyOwed();
-    if (!DeviceDetectedChanged && !InitialState && !looksAgain) {
+    const Task task = nextTask();
+    if (task == Task::Nothing) {
         return;
     }
     // A timer does not fire again while its slot runs, but a fresh one does: this way the ticks go
     // on inside the waits of what follows.
     m_timer.start();
-    if (DeviceDetectedChanged) {
+    switch (task) {
+    case Task::Nothing:
+        break;
+    case Task::ReadAnew:
         DeviceDetectedChanged = false;
-        m_readAgain = false;
-        NumberOfPedals = 0; // until the unit has told it
         // A question about the unit that was there is no question about the next one.
         dismissQuestions(this);
+        takeUnit();
+        m_silentLooks = 0;
         readUnit(MESSAGE_ON);
-    } else if (InitialState) {
+        break;
+    case Task::Restore:
         restoreInitialSettings();
-    } else {
-        m_readAgain = false;
+        break;
+    case Task::LookAgain:
+        ++m_silentLooks;
         readUnit(MESSAGE_OFF);
+        break;
     }
 }
 
-/// Reads all of the unit. Without `MessageOn` it is the second look after something has failed:
-/// what fails again stays as it is.
+MainWindowViewController::Task MainWindowViewController::nextTask() const
+{
+    if (DeviceDetectedChanged) {
+        return Task::ReadAnew;
+    }
+    if (m_isReading || m_activity != Activity::Idle) {
+        return Task::Nothing; // it goes on when that has ended
+    }
+    if (InitialState) {
+        return Task::Restore;
+    }
+    const bool looksAgain = m_readAgain || (UnexpectedReply && m_silentLooks < MaxSilentLooks);
+    return looksAgain ? Task::LookAgain : Task::Nothing;
+}
+
+/// Forgets what an earlier unit has told: a restore sends bytes back as they were read, and those
+/// of one unit are not another's.
+void MainWindowViewController::takeUnit()
+{
+    if (m_unit == plugNPlay.myDevice()) {
+        return;
+    }
+    m_unit = plugNPlay.myDevice();
+    NumberOfPedals = 0;
+    OutputMode = {};
+    CommonData = {};
+    AdditionalData = {};
+}
+
+/// Decides what follows a run. One that another run has overtaken has the unit read afresh. One
+/// that has failed has it looked at once more in silence, unless it was such a look itself.
+void MainWindowViewController::endRun(const Run &run, bool isSilentLook)
+{
+    if (run.isOvertaken()) {
+        DeviceDetectedChanged = true;
+    } else if (run.hasFailed() && !isSilentLook) {
+        m_readAgain = true;
+    }
+}
+
+// Reading
+
+/// Reads all of the unit. Without `MessageOn` it is a silent look: what fails again stays as it is.
 void MainWindowViewController::readUnit(bool MessageOn)
 {
-    Run run(*this, MessageOn);
+    const QScopedValueRollback<bool> reading(m_isReading, true);
+    Run run(*this);
+    m_readAgain = false;
     InitializeControls();
-    if (!DeviceDetected) {
-        return;
+    if (DeviceDetected) {
+        m_ui->labelMainWindowExplanation->setText(toScreenText(SettingsExplanation));
+        const bool isRead = readVersion(MessageOn, run) && readNumberOfPedals(MessageOn, run) &&
+                            readPedals(MessageOn, run);
+        if (!isRead && !run.mustStop()) {
+            InitializeControls();
+        }
     }
-    m_ui->labelMainWindowExplanation->setText(toScreenText(SettingsExplanation));
-    const bool isRead = readVersion(MessageOn, run) && readNumberOfPedals(MessageOn, run) &&
-                        readPedals(MessageOn, run);
-    if (run.isOver()) {
-        return;
-    }
-    if (!isRead) {
-        InitializeControls();
-    }
-    m_mayDoubt = isRead && MessageOn;
+    endRun(run, !MessageOn);
 }
 
+/// Returns false when the read must not go on. A version that is not supported is asked for once
+/// more: the first reply may have been a late one to another request.
 bool MainWindowViewController::readVersion(bool MessageOn, Run &run)
 {
-    if (plugNPlay.Communicate(GET_VERSION_NUMBER, MessageOn)) {
-        run.noteFailure();
-        return false;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        if (plugNPlay.Communicate(GET_VERSION_NUMBER, MessageOn)) {
+            run.noteFailure();
+            return false;
+        }
+        VersionNumberMajor = InputPacketBuffer[2];
+        VersionNumberMinor = InputPacketBuffer[3];
+        VersionNumberRevision = InputPacketBuffer[4];
+        if (run.mustStop()) {
+            return false;
+        }
+        if (VersionNumberMajor < FirstUnsupportedMajor) {
+            return true;
+        }
     }
-    VersionNumberMajor = InputPacketBuffer[2];
-    VersionNumberMinor = InputPacketBuffer[3];
-    VersionNumberRevision = InputPacketBuffer[4];
-    if (VersionNumberMajor >= FirstUnsupportedMajor) {
-        alertBox(QStringLiteral("This version is not supported"));
-        std::exit(0); // NOLINT(concurrency-mt-unsafe)
-    }
-    return !run.isOver();
+    alertBox(QStringLiteral("This version is not supported"));
+    std::exit(0); // NOLINT(concurrency-mt-unsafe)
 }
 
+/// Returns false when the read must not go on.
 bool MainWindowViewController::readNumberOfPedals(bool MessageOn, Run &run)
 {
     if (plugNPlay.Communicate(GET_NUMBER_OF_PEDALS, MessageOn)) {
         run.noteFailure();
         return false;
     }
-    if (run.isOver()) {
+    if (run.mustStop()) {
         return false;
     }
     NumberOfPedals = InputPacketBuffer[2];
@@ -188,6 +195,7 @@ bool MainWindowViewController::readNumberOfPedals(bool MessageOn, Run &run)
     return true;
 }
 
+/// Returns false when the read must not go on.
 bool MainWindowViewController::readPedals(bool MessageOn, Run &run)
 {
     applyLayout(pedalLayout(NumberOfPedals));
@@ -206,19 +214,21 @@ bool MainWindowViewController::readPedal(int pedal, bool MessageOn, Run &run)
     SelectedPedalNo = pedal;
     OutputPacketBuffer[1] = static_cast<std::uint8_t>(pedal);
     const bool failed = plugNPlay.Communicate(GET_OUTPUT_MODE_AND_DATA, MessageOn);
-    if (run.isOver()) {
+    if (run.mustStop()) {
         return false;
     }
     // After a failure these are what the buffer happens to hold; the other pedals are worth more
     // than a window that stays blank.
     OutputMode.at(row) = InputPacketBuffer[2];
     std::copy_n(InputPacketBuffer.begin() + 3, NUMBER_OF_COMMON_DATA, CommonData.at(row).begin());
-    const bool isSequence = !failed && OutputMode.at(row) == PLURAL_SIMULTANEOUS_KEY_OUTPUT;
-    const bool isBroken = isSequence && readAdditionalData(plugNPlay, pedal, MessageOn);
+    bool isBroken = false;
+    if (!failed && OutputMode.at(row) == PLURAL_SIMULTANEOUS_KEY_OUTPUT) {
+        isBroken = readAdditionalData(plugNPlay, pedal, MessageOn);
+    }
     if (failed || isBroken) {
         run.noteFailure();
     }
-    if (isBroken || run.isOver()) {
+    if (isBroken || run.mustStop()) {
         return false;
     }
     SelectedPedalNo = pedal; // the user may have opened another pedal's dialog meanwhile
@@ -231,34 +241,42 @@ bool MainWindowViewController::readPedal(int pedal, bool MessageOn, Run &run)
 
 void MainWindowViewController::SettingDialog_OK()
 {
-    if (!SettingEnabled || m_isSending) {
+    if (!SettingEnabled || isBusy()) {
         return;
     }
     const QString pedalName = PedalName; // another pedal may be selected meanwhile
     WritePedalContents();
-    if (sendSelectedPedal()) {
+    setActivity(Activity::Sending);
+    const bool isWritten = sendSelectedPedal();
+    setActivity(Activity::AwaitingUser);
+    if (isWritten) {
         alertBox(
             QStringLiteral("The settings of the %1 have finished successfully.").arg(pedalName));
     }
+    setActivity(Activity::Idle);
 }
 
+/// Returns whether the unit has taken the record and the timing parameters.
 bool MainWindowViewController::sendSelectedPedal()
 {
-    const Sending sending(*this);
+    m_silentLooks = 0;
     Run run(*this);
-    fillSetOutputModeAndData(SelectedPedalNo);
-    // The Advanced dialog stays open when its unit goes; the next one may have fewer pedals.
-    const bool isGone = run.isOver() || SelectedPedalNo >= NumberOfPedals;
-    bool failed = isGone || plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON);
-    if (!failed) {
-        fillSetParameters();
-        failed = plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
+    bool isSent = false;
+    // A unit that is read afresh may turn out to have fewer pedals.
+    if (!run.mustStop() && SelectedPedalNo < NumberOfPedals) {
+        fillSetOutputModeAndData(SelectedPedalNo);
+        isSent = !plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON);
     }
-    if (failed) {
+    if (isSent) {
+        fillSetParameters();
+        isSent = !plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
+    }
+    if (!isSent) {
         InitializeControls();
         run.noteFailure();
     }
-    return !failed;
+    endRun(run);
+    return isSent;
 }
 
 // Restore
@@ -266,26 +284,20 @@ bool MainWindowViewController::sendSelectedPedal()
 void MainWindowViewController::restoreInitialSettings()
 {
     InitialState = false;
-    if (!isRestoreWanted()) {
-        return;
+    setActivity(Activity::AwaitingUser);
+    if (isRestoreWanted()) {
+        logLine(QStringLiteral("The selected Kavelo is returning to the initial state in time of "
+                               "factory shipment."));
+        setActivity(Activity::Sending);
+        const bool isRestored = sendFactorySettings();
+        setActivity(Activity::AwaitingUser);
+        tellOutcomeOfRestore(isRestored);
     }
-    logLine(QStringLiteral("The selected Kavelo is returning to the initial state in time of "
-                           "factory shipment."));
-    const bool restored = sendFactorySettings();
-    if (m_closing) {
-        return;
-    }
-    alertBox(
-        restored
-            ? QStringLiteral(
-                  "The settings for this Kavelo have been restored to the initial settings.")
-            : QStringLiteral("An error has occurred.\r\nThe settings for this Kavelo could not "
-                             "be restored to the initial settings."));
+    setActivity(Activity::Idle);
 }
 
 bool MainWindowViewController::isRestoreWanted()
 {
-    const Sending sending(*this); // it is about to
     const Answer answer = askQuestion(RestoreQuestion, this);
     if (answer == Answer::Cancel) {
         logLine(QStringLiteral("Canceled"));
@@ -296,11 +308,11 @@ bool MainWindowViewController::isRestoreWanted()
 /// Returns whether the unit has taken the timing parameters, which close a restore.
 bool MainWindowViewController::sendFactorySettings()
 {
-    const Sending sending(*this);
+    m_silentLooks = 0;
     Run run(*this);
     const int pedals = NumberOfPedals;
     // The user has agreed to restore this unit, not one that comes in its place.
-    for (int pedal = 0; pedal < pedals && !run.isOver(); ++pedal) {
+    for (int pedal = 0; pedal < pedals && !run.mustStop(); ++pedal) {
         SelectedPedalNo = pedal;
         applyFactorySetting(pedal);
         WritePedalContents();
@@ -310,13 +322,30 @@ bool MainWindowViewController::sendFactorySettings()
             run.noteFailure();
         }
     }
-    fillSetParameters();
-    const bool failed = run.isOver() || plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
-    if (failed) {
+    bool isClosed = false;
+    if (!run.mustStop()) {
+        fillSetParameters();
+        isClosed = !plugNPlay.Communicate(SET_PARAMETERS, MESSAGE_ON);
+    }
+    if (!isClosed) {
         InitializeControls();
         run.noteFailure();
     }
-    return !failed;
+    endRun(run);
+    return isClosed;
+}
+
+void MainWindowViewController::tellOutcomeOfRestore(bool isRestored)
+{
+    if (m_closing) {
+        return;
+    }
+    alertBox(
+        isRestored
+            ? QStringLiteral(
+                  "The settings for this Kavelo have been restored to the initial settings.")
+            : QStringLiteral("An error has occurred.\r\nThe settings for this Kavelo could not "
+                             "be restored to the initial settings."));
 }
 
 } // namespace kavelo

@@ -147,12 +147,52 @@ void MainWindowViewController::enableRow(std::size_t row)
     enableCommands();
 }
 
+/// Enables what can be used now: the restore item, the Standard buttons, the open dialog. What has
+/// the focus when it is disabled gets it back.
 void MainWindowViewController::enableCommands()
 {
-    m_ui->InitialStateToolStripMenuItem->setEnabled(isConnected && !m_isSending);
-    for (const PedalRow &row : m_rows) {
-        row.standard->setEnabled(row.name->isEnabled() && !m_isSending);
+    const bool isIdle = !isBusy();
+    if (m_isIdle && !isIdle) {
+        m_focusBefore.clear();
+        for (const QWidget *window : windows()) {
+            m_focusBefore.emplace_back(window->focusWidget());
+        }
     }
+    m_ui->InitialStateToolStripMenuItem->setEnabled(isConnected && m_activity == Activity::Idle);
+    for (const PedalRow &row : m_rows) {
+        row.standard->setEnabled(row.name->isEnabled() && isIdle);
+    }
+    if (m_isIdle == isIdle) {
+        return;
+    }
+    m_isIdle = isIdle;
+    for (QWidget *dialog : findChildren<PedalSettingDialog *>()) {
+        dialog->setEnabled(isIdle);
+    }
+    for (const QPointer<QWidget> &control : m_focusBefore) {
+        if (isIdle && control && control->isEnabled()) {
+            control->setFocus();
+        }
+    }
+}
+
+void MainWindowViewController::setActivity(Activity activity)
+{
+    m_activity = activity;
+    enableCommands();
+    for (QWidget *window : windows()) {
+        window->setCursor(activity == Activity::Sending ? Qt::BusyCursor : Qt::ArrowCursor);
+    }
+}
+
+/// This window and the dialogs that it presents.
+QWidgetList MainWindowViewController::windows()
+{
+    QWidgetList windows{this};
+    for (QWidget *dialog : findChildren<PedalSettingDialog *>()) {
+        windows << dialog;
+    }
+    return windows;
 }
 
 void MainWindowViewController::setWindowWidth(int width)
@@ -235,7 +275,7 @@ void MainWindowViewController::WritePedalContents()
 
 void MainWindowViewController::openStandardDialog(int pedal)
 {
-    if (m_isSending || StandardSettingDialogOpen) {
+    if (isBusy() || StandardSettingDialogOpen) {
         return;
     }
     const PedalRow &row = m_rows.at(static_cast<std::size_t>(pedal));
@@ -252,6 +292,9 @@ void MainWindowViewController::openStandardDialog(int pedal)
 
 void MainWindowViewController::SetPedal2Advanced_clicked()
 {
+    if (isBusy()) {
+        return;
+    }
     (new AdvancedSettingDialogViewController(*this))->present();
 }
 

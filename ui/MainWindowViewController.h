@@ -4,10 +4,12 @@
 #include "MenuItems.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 
 #include <array>
 #include <memory>
+#include <vector>
 
 class QLabel;
 class QPlainTextEdit;
@@ -50,6 +52,9 @@ public:
     HID_PnP plugNPlay;
 
     [[nodiscard]] MenuItems menuItems() const;
+    /// Whether a write or a restore runs, waits for the user's answer or waits to be asked about.
+    /// No other one begins and no dialog opens meanwhile; an open dialog is disabled.
+    [[nodiscard]] bool isBusy() const { return InitialState || m_activity != Activity::Idle; }
 
     /// One tick of the main loop.
     void UpdateAppWindow();
@@ -88,8 +93,11 @@ private:
         QPushButton *standard;
         QPushButton *advanced;
     };
+    /// What a tick finds to do.
+    enum class Task { Nothing, ReadAnew, Restore, LookAgain };
+    /// How far a write or a restore is.
+    enum class Activity { Idle, AwaitingUser, Sending };
     class Run;
-    class Sending;
 
     void viewDidLoad();
     void viewDidAppear();
@@ -100,6 +108,12 @@ private:
     void disableRows();
     void enableRow(std::size_t row);
     void enableCommands();
+
+    [[nodiscard]] Task nextTask() const;
+    void takeUnit();
+    void setActivity(Activity activity);
+    [[nodiscard]] QWidgetList windows();
+    void endRun(const Run &run, bool isSilentLook = false);
 
     void readUnit(bool MessageOn);
     [[nodiscard]] bool readVersion(bool MessageOn, Run &run);
@@ -112,20 +126,25 @@ private:
     void restoreInitialSettings();
     [[nodiscard]] bool isRestoreWanted();
     [[nodiscard]] bool sendFactorySettings();
+    void tellOutcomeOfRestore(bool isRestored);
 
     std::unique_ptr<Ui::MainWindowViewController> m_ui;
     std::array<PedalRow, MaxPedals> m_rows;
     QTimer m_timer;
-    /// Runs of the tick's longer work so far.
+    /// The unit that the setting arrays and the number of pedals are about; null when none is.
+    hid::DeviceRef m_unit;
+    /// Reads, writes and restores so far.
     int m_runs = 0;
+    /// Silent looks since the last read with messages, write or restore.
+    int m_silentLooks = 0;
     /// The last run has failed somewhere: look what the unit really holds, without complaining
     /// about it again.
     bool m_readAgain = false;
-    /// The last run has read the unit and nothing has spoken against what it read. Makes sure that
-    /// a unit that answers too often is not read over and over.
-    bool m_mayDoubt = false;
-    /// Settings are being sent, or the user is asked whether to.
-    bool m_isSending = false;
+    bool m_isReading = false;
+    Activity m_activity = Activity::Idle;
+    /// What had the focus, in each window, before it was disabled.
+    std::vector<QPointer<QWidget>> m_focusBefore;
+    bool m_isIdle = true;
     bool m_appeared = false;
     bool m_closing = false;
 };
