@@ -132,7 +132,6 @@ void AdvancedSettingDialogViewController::okButtonPressed_C()
         outputMode() = choice->mode;
         commonData()[0] = choice->clicks;
     }
-    sendAndDismiss();
 }
 
 } // namespace kavelo

@@ -67,7 +67,6 @@ void AdvancedSettingDialogViewController::okButtonPressed_KO()
     commonData()[0] = row == NoModifiers ? std::uint8_t{0} : chosenModifiers();
     commonData()[1] = row == OnlyModifiers ? std::uint8_t{0}
                                            : usageOfListRow(m_ui->KO_listboxKeys->currentIndex());
-    sendAndDismiss();
 }
 
 } // namespace kavelo

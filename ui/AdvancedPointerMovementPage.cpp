@@ -148,7 +148,6 @@ void AdvancedSettingDialogViewController::okButtonPressed_PM()
     IntoTwoCommonData(dotsPerSecond, 9);
     IntoTwoCommonData(std::clamp(PM_AccelerationIndex, 0, MaxValue16), 11);
     writeRepeats();
-    sendAndDismiss();
 }
 
 void AdvancedSettingDialogViewController::writeDirection()

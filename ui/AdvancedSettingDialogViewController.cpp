@@ -80,8 +80,7 @@ void AdvancedSettingDialogViewController::okButtonPressed()
     if (action == nullptr) {
         return;
     }
-    selectPedal();
-    (this->*action)();
+    write([this, action] { (this->*action)(); });
 }
 
 } // namespace kavelo

@@ -27,6 +27,7 @@ void setTabStops(const QWidget &dialog)
 PedalSettingDialog::PedalSettingDialog(MainWindowViewController &presenter)
     : QDialog(&presenter)
     , m_presenter(presenter)
+    , m_unit(presenter.plugNPlay.myDevice())
     , m_pedal(SelectedPedalNo)
     , m_pedalName(PedalName)
 {
@@ -49,12 +50,6 @@ void PedalSettingDialog::reject()
     if (isEnabled()) {
         QDialog::reject();
     }
-}
-
-void PedalSettingDialog::selectPedal()
-{
-    SelectedPedalNo = m_pedal;
-    PedalName = m_pedalName;
 }
 
 void PedalSettingDialog::keyPressEvent(QKeyEvent *event)
@@ -83,10 +78,24 @@ void PedalSettingDialog::done(int result)
     deleteLater();
 }
 
+void PedalSettingDialog::write(const std::function<void()> &buildRecord)
+{
+    if (m_presenter.isBusy()) {
+        return; // what has been set stays in the dialog until it can be sent
+    }
+    if (m_presenter.plugNPlay.myDevice() != m_unit) {
+        dismiss(); // another unit's pedal is not the one that was edited
+        return;
+    }
+    SelectedPedalNo = m_pedal;
+    PedalName = m_pedalName;
+    buildRecord();
+    sendAndDismiss();
+}
+
 void PedalSettingDialog::sendAndDismiss()
 {
     const QPointer<PedalSettingDialog> self = this;
-    setEnabled(false); // one write is enough, and it is not to be cancelled half way
     m_presenter.SettingDialog_OK();
     if (self) {
         dismiss();

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Hid.h"
 #include "PedalSetting.h"
 
 #include <QAbstractButton>
 #include <QDialog>
+
+#include <functional>
 
 namespace kavelo {
 
@@ -39,10 +42,12 @@ protected:
     [[nodiscard]] virtual bool isTakenDown() const { return false; }
 
     void dismiss() { done(Rejected); }
-    /// Makes the dialog's pedal the selected one again.
-    void selectPedal();
-    /// Sends the record that has been built and dismisses the dialog, whatever came of it. Waits
-    /// for the unit.
+    /// Has `buildRecord` put the setting into the dialog's row of the arrays, sends it and
+    /// dismisses the dialog, whatever came of it. Waits for the unit. Nothing is built and sent
+    /// while something else is sent; the dialog then stays open. Nor when the unit is another one
+    /// by now; the dialog is then dismissed.
+    void write(const std::function<void()> &buildRecord);
+    /// Sends the row as it is and dismisses the dialog.
     void sendAndDismiss();
 
     /// Has a choice's action done when its check box changes, or its radio button is turned on, by
@@ -75,6 +80,7 @@ private:
     [[nodiscard]] std::size_t row() const { return static_cast<std::size_t>(m_pedal); }
 
     MainWindowViewController &m_presenter;
+    const hid::DeviceRef m_unit; ///< that was held when the edit began
     const int m_pedal;
     const QString m_pedalName;
     bool m_dismissed = false;

@@ -338,14 +338,14 @@ void SettingDialogViewController::Change_buttonProgramKavelo_Enabled()
 
 void SettingDialogViewController::buttonProgramKavelo_Click()
 {
-    selectPedal();
-    if (m_ui->tabcontrolOutputMode->currentWidget() == m_ui->Tab_Mouse) {
-        buildMouseRecord();
-    } else {
-        buildKeyRecord();
-    }
-    SettingEnabled = true;
-    okButtonPressed();
+    write([this] {
+        if (m_ui->tabcontrolOutputMode->currentWidget() == m_ui->Tab_Mouse) {
+            buildMouseRecord();
+        } else {
+            buildKeyRecord();
+        }
+        SettingEnabled = true;
+    });
 }
 
 void SettingDialogViewController::buildKeyRecord()
