@@ -9,7 +9,7 @@ namespace {
 
 // By output mode, a record whose text is long: every line, all modifiers, the longest names.
 // Usage 94 is a keypad key with an arrow in its name, 237 a mouse button usage.
-constexpr std::array<CommonRecord, 11> HeavyRecords = {{
+constexpr auto HeavyRecords = std::to_array<CommonRecord>({
     {0xFF, 94},
     {7},
     {4, 255, 1, 255},
@@ -21,7 +21,8 @@ constexpr std::array<CommonRecord, 11> HeavyRecords = {{
     {4, 0, 0, 0, 0, 1, 255, 255, 255, 255, 255, 255},
     {255, 255, 255, 0x8A, 255, 255, 0xFF, 94, 94, 94, 94, 94, 94},
     {3, 0xFF, 94, 0xFF, 237},
-}};
+});
+static_assert(HeavyRecords.size() == NumberOfModes);
 
 /// Outputs 2 to 10 of mode 9 are as heavy as its first.
 void setPedal(std::uint8_t mode)
@@ -41,7 +42,7 @@ void describePedal(benchmark::State &state)
     }
     state.counters["characters"] = static_cast<double>(PedalDescription(0).size());
 }
-BENCHMARK(describePedal)->ArgName("mode")->DenseRange(SIMPLE_KEY_OUTPUT, OUTPUT_AT_CHANGE);
+BENCHMARK(describePedal)->ArgName("mode")->DenseRange(0, NumberOfModes - 1);
 
 } // namespace
 } // namespace kavelo

@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
     const auto before = std::tuple(OutputMode, CommonData, AdditionalData);
     const QString text = PedalDescription(Last);
     require(before == std::tuple(OutputMode, CommonData, AdditionalData), "a look changes nothing");
-    if (OutputMode[Last] > OUTPUT_AT_CHANGE) {
+    if (OutputMode[Last] >= NumberOfModes) {
         require(text == QStringLiteral("default"), "what is no mode is the default");
         return 0;
     }

@@ -14,13 +14,14 @@ struct FactorySetting
     std::size_t size; ///< how many of the bytes the setting has
 };
 
-constexpr std::array<FactorySetting, MaxPedals> FactorySettings{{
+constexpr auto FactorySettings = std::to_array<FactorySetting>({
     {SIMPLE_CLICK, {1, 0}, 1},         // left click
     {SIMPLE_KEY_OUTPUT, {0, 0x28}, 2}, // Enter (Return)
     {SIMPLE_CLICK, {2, 0}, 1},         // right click
     {SIMPLE_KEY_OUTPUT, {0, 0x50}, 2}, // left arrow
     {SIMPLE_KEY_OUTPUT, {0, 0x4F}, 2}, // right arrow
-}};
+});
+static_assert(FactorySettings.size() == MaxPedals);
 
 } // namespace
 

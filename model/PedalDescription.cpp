@@ -328,7 +328,7 @@ struct ModeText
 };
 
 // By output mode.
-constexpr std::array<ModeText, 11> ModeTexts = {{
+constexpr auto ModeTexts = std::to_array<ModeText>({
     {u"Key output", addSimpleKeyOutput},
     {u"Click", addSimpleClick},
     {u"Double click", addSimpleDoubleClick},
@@ -340,7 +340,8 @@ constexpr std::array<ModeText, 11> ModeTexts = {{
     {u"Continuous click", addContinuousClick},
     {u"Multiple (Simultaneous) Key Output", addPluralSimultaneousKeyOutput},
     {u"Output when changing", addOutputAtChange},
-}};
+});
+static_assert(ModeTexts.size() == NumberOfModes);
 
 } // namespace
 

@@ -26,6 +26,7 @@ constexpr std::uint8_t WHEEL_ROTATION = 7;                 ///< wheel rotation
 constexpr std::uint8_t CONTINUOUS_CLICK = 8;               ///< a repeated click
 constexpr std::uint8_t PLURAL_SIMULTANEOUS_KEY_OUTPUT = 9; ///< up to 10 key chords in sequence
 constexpr std::uint8_t OUTPUT_AT_CHANGE = 10;              ///< outputs on depress and on release
+constexpr std::size_t NumberOfModes = 11;                  ///< the codes are consecutive
 
 using CommonRecord = std::array<std::uint8_t, NUMBER_OF_COMMON_DATA>;
 using AdditionalBlock = std::array<std::uint8_t, ADDITIONAL_DATA_ONE_PEDAL>;

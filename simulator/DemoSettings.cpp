@@ -73,7 +73,7 @@ PedalMemory scrollDown()
 
 std::array<PedalMemory, MaxPedals> demoSettings()
 {
-    return {keySequence(), save(), drag(), pointerMovement(), scrollDown()};
+    return std::to_array({keySequence(), save(), drag(), pointerMovement(), scrollDown()});
 }
 
 } // namespace kavelo

@@ -41,13 +41,13 @@ struct UnitMemory
         static_cast<std::uint8_t>(DOUBLE_CLICK_OFF_TIME),
     };
     /// Left click, Enter, right click, left arrow, right arrow.
-    std::array<PedalMemory, MaxPedals> pedals{{
+    std::array<PedalMemory, MaxPedals> pedals = std::to_array<PedalMemory>({
         {.mode = SIMPLE_CLICK, .record = {1}},
         {.mode = SIMPLE_KEY_OUTPUT, .record = {0, 0x28}},
         {.mode = SIMPLE_CLICK, .record = {2}},
         {.mode = SIMPLE_KEY_OUTPUT, .record = {0, 0x50}},
         {.mode = SIMPLE_KEY_OUTPUT, .record = {0, 0x4F}},
-    }};
+    });
 
     bool operator==(const UnitMemory &) const = default;
 };
