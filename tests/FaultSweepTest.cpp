@@ -131,6 +131,9 @@ protected:
         EXPECT_TRUE(fails || task == Read ||
                     requests.at(std::size_t(exchanges) - 1)[0] == SET_PARAMETERS)
             << "nothing gets in between";
+        EXPECT_TRUE(trouble.replug == Replug::Never ||
+                    requests.size() <= std::size_t(exchange) + ReadExchanges)
+            << "a unit that has come is read once";
         EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     }
 

@@ -1,6 +1,7 @@
 #include "WindowTest.h"
 
 #include <QAbstractAnimation>
+#include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
 #include <QScopeGuard>
 
@@ -149,6 +150,11 @@ TEST_F(MainWindowTest, AReplyDoesNotWaitForTheTick)
     reading.start();
     plugInAndWait();
     EXPECT_LT(reading.elapsed(), 2 * TickPeriod.count()) << "one tick finds the unit";
+    int wakeUps = 0;
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &unit,
+                     [&wakeUps] { ++wakeUps; });
+    runTicks(20);
+    EXPECT_LT(wakeUps, 1000) << "nothing keeps the event loop from sleeping";
 }
 
 TEST_F(MainWindowTest, TabAndScreenReadersGoThroughThePedalsFromLeftToRight)

@@ -2,6 +2,8 @@
 
 #include "PedalSetting.h"
 
+#include <QLocale>
+
 #include <gtest/gtest.h>
 
 namespace kavelo {
@@ -19,6 +21,9 @@ struct Row
 constexpr auto Rows = std::to_array<Row>({
     {0, {2, 4}, "Key output\n[key] a\n[Key explanation] Shift and this key will be an uppercase A\n"
                 "[Modifier] (left)shift"},
+    {0, {0x80, 4}, "Key output\n[key] a\n"
+                   "[Key explanation] Shift and this key will be an uppercase A\n"
+                   "[Modifier] Right command"},
     {0, {}, "Key output\n[key] none\n[Modifier] none"},
     {0, {0, 101}, "Key output\n[key] Application\n[Key explanation] Same as right mouse click\n"
                   "[Modifier] none"},
@@ -111,6 +116,7 @@ constexpr auto Rows = std::to_array<Row>({
 /// Each row on another pedal than the selected one, all others having other settings.
 TEST(PedalDescription, DescribesEverySetting)
 {
+    QLocale::setDefault(QLocale::German); // whose decimals have a comma
     for (std::size_t i = 0; i < Rows.size(); ++i) {
         const auto &[mode, common, text, additional] = Rows.at(i);
         const std::size_t pedal = i % MaxPedals;
@@ -122,7 +128,8 @@ TEST(PedalDescription, DescribesEverySetting)
         expected.replace(u'\n', QStringLiteral("\r\n"));
         EXPECT_EQ(PedalDescription(static_cast<int>(pedal)).toStdString(), expected.toStdString());
     }
-    OutputMode[4] = OUTPUT_AT_CHANGE + 1;
+    QLocale::setDefault(QLocale::C);
+    OutputMode[4] = NumberOfModes;
     EXPECT_EQ(PedalDescription(4), QStringLiteral("default"));
     EXPECT_EQ(PedalDescription(-1) + PedalDescription(MaxPedals), QString());
 }
