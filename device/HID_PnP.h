@@ -116,7 +116,7 @@ private:
     std::unique_ptr<hid::Manager> m_hidManager;
     hid::DeviceRef m_myDevice;
     /// Ticks while an exchange waits for its reply.
-    QTimer m_poll;
+    QTimer m_poll{this};
     /// The exchange that waits for its reply; null when none does.
     Exchange *m_running = nullptr;
     /// Until then the reply to a request that nobody waits for any more may come in. Replies name

@@ -49,7 +49,7 @@ public:
     ~MainWindowViewController() override;
 
     /// The one device link of the program.
-    HID_PnP plugNPlay;
+    HID_PnP plugNPlay{this};
 
     [[nodiscard]] MenuItems menuItems() const;
     /// Whether a write or a restore runs, waits for the user's answer or waits to be asked about.
@@ -130,7 +130,7 @@ private:
 
     std::unique_ptr<Ui::MainWindowViewController> m_ui;
     std::array<PedalRow, MaxPedals> m_rows;
-    QTimer m_timer;
+    QTimer m_timer{this};
     /// The unit that the setting arrays and the number of pedals are about; null when none is.
     hid::DeviceRef m_unit;
     /// Reads, writes and restores so far.

@@ -88,7 +88,7 @@ private:
     /// Usage ID of each row of the key list.
     std::array<int, Max_UsageID> IndexToUsageID{};
     /// Closes the dialog when its unit goes.
-    QTimer timer2;
+    QTimer timer2{this};
 
     /// The check boxes, in the order of the modifier byte's bits 0 to 3.
     std::array<QCheckBox *, 4> m_modifierBoxes{};
