@@ -2,6 +2,7 @@
 #include "DialogTest.h"
 
 #include <QAbstractItemView>
+#include <QClipboard>
 #include <QSlider>
 #include <QSpinBox>
 
@@ -31,13 +32,15 @@ protected:
     static void enterText(QLineEdit *field, const char *text)
     {
         QAccessible::queryAccessibleInterface(field)->editableTextInterface()->replaceText(
-            0, int(field->text().size()), QLatin1String(text));
+            0, int(field->text().size()), QString::fromUtf8(text));
     }
     QLineEdit *text(const QByteArray &field) { return in<QLineEdit>(field + "_textbox"); }
     void expectNumber(const QByteArray &field, int number)
     {
         EXPECT_EQ(text(field)->text(), QString::number(number)) << field.data();
         EXPECT_EQ(in<QSpinBox>(field)->value(), number) << field.data();
+        auto *assistance = QAccessible::queryAccessibleInterface(in(field))->valueInterface();
+        EXPECT_EQ(assistance->minimumStepSize(), 1) << "the step to one more or less";
     }
 
     /// Takes the steps on a page for a pedal in another mode, presses OK, and looks at the unit's
@@ -100,13 +103,11 @@ TEST_F(AdvancedDialogTest, EveryControlIsNamedAndReachedByTab)
         "+Left control +Left shift +Left option +Left command +Right control +Right shift "
         "+Right option +Right command +OK +Cancel",
         " +Pointer movement -Upper left -Up -Upper right -Left +Right -Lower left -Down "
-        "-Lower right +Speed +Speed, value +Speed, one more or less +Accelerated -Acceleration "
-        "-Acceleration, value -Acceleration, one more or less +Until the pedal is released "
-        "-Set number: -Number of repeats -Number of repeats, one more or less +OK +Cancel",
-        " +Multiple key output +Outputs +Keys +On time, ms -On time, one ms more or less "
-        "+Time between, ms -Time between, one ms more or less +Until the pedal is released "
-        "-Set number: +Number of repeats +Number of repeats, one more or less +Outputs -Series "
-        "-OK +Cancel",
+        "-Lower right +Speed +Speed, value +Accelerated -Acceleration -Acceleration, value "
+        "+Until the pedal is released -Set number: -Number of repeats +OK +Cancel",
+        " +Multiple key output +Outputs +Keys +On time, ms +Time between, ms "
+        "+Until the pedal is released -Set number: +Number of repeats +Outputs -Series -OK "
+        "+Cancel",
     };
     open();
     for (const std::string &names : pages) {
@@ -202,7 +203,7 @@ TEST_F(AdvancedDialogTest, PointerMovementPageWritesWhatIsChosen)
           1000);
     moves("LowerLeft SetNumber NumberOfRepeats_textbox=300", 255, 1, 0, 1000, 0, 300, 1);
     moves("SetNumber NumberOfRepeats_textbox=65535", 1, 0, 0, 1000, 0, 65534, 1);
-    moves("SetNumber NumberOfRepeats_textbox=0", 1, 0, 0, 1000, 0, 1, 1);
+    moves("SetNumber NumberOfRepeats_textbox=0", 1, 0, 0, 1000, 0, 10, 1);
     moves("SetNumber NumberOfRepeats_textbox=05", 1, 0, 0, 1000, 0, 5, 1);
     moves("SetNumber NumberOfRepeats=513 UntilRelease", 1, 0, 0, 1000, 0, 0, 1);
 }
@@ -214,8 +215,8 @@ TEST_F(AdvancedDialogTest, SlidersAndSteppersFollowEachOther)
     const Pairs bySlider{{150, 1},    {151, 2},    {176, 2},     {1000, 10}, {1500, 32},
                          {2000, 100}, {2999, 998}, {3000, 1000}, {0, 1}};
     for (const QByteArray quantity : {"SpeedIndex", "AccelerationIndex"}) {
-        for (const Qt::Key first : {Qt::Key_Up, Qt::Key_Home, Qt::Key_unknown}) {
-            SCOPED_TRACE(quantity.data());
+        for (const Qt::Key first : {Qt::Key_Up, Qt::Key_Home, Qt::Key_unknown, Qt::Key_Minus}) {
+            SCOPED_TRACE(testing::Message() << quantity.data() << ", " << first);
             open(PointerMovement);
             take("Accelerated");
             auto *slider = in<QSlider>("hscrollbarThousandLog" + quantity);
@@ -230,7 +231,12 @@ TEST_F(AdvancedDialogTest, SlidersAndSteppersFollowEachOther)
             expect(0, 0);
             // The first choice: the stepper, or the slider's handle, which stays where it is.
             QWidget *const chosen = first == Qt::Key_Up ? in(quantity) : slider;
-            first == Qt::Key_unknown ? WindowTest::click(chosen) : QTest::keyClick(chosen, first);
+            if (first == Qt::Key_Minus) {
+                take(slider->objectName().toStdString() + "=-25"); // decreased from 0
+            } else {
+                first == Qt::Key_unknown ? WindowTest::click(chosen)
+                                         : QTest::keyClick(chosen, first);
+            }
             expect(first == Qt::Key_Up ? 176 : 0, 1);
             EXPECT_EQ(stepper->minimum(), 1) << "0 can't be chosen";
             for (const auto &[index, position] : byStepper) {
@@ -266,25 +272,42 @@ TEST_F(AdvancedDialogTest, OptionsEnableTheirControls)
     EXPECT_EQ(checked(), "SetNumber Series");
 }
 
-TEST_F(AdvancedDialogTest, FieldsAndTheirSteppersFollowEachOtherWithinTheLimits)
+TEST_F(AdvancedDialogTest, FieldsTakeWholeNumbersAndKeepWhatTheyHadOtherwise)
 {
     using Entries = std::vector<std::pair<const char *, int>>;
     const QByteArray repeats = "NumberOfRepeats";
     open(PointerMovement);
+    ASSERT_TRUE(waitUntil([&] { return dialog()->isActiveWindow(); }));
     take("SetNumber");
     for (const int limit : {65534, 65535}) {
         SCOPED_TRACE(limit);
+        QWidget *const box = in(repeats);
+        EXPECT_EQ(text(repeats)->accessibleName(), box->accessibleName());
         take("NumberOfRepeats_textbox=-41x");
-        QTest::keyClick(in(repeats), Qt::Key_7); // its own number can't be edited
-        QTest::keyClick(in(repeats), Qt::Key_Up);
+        QTest::keyClick(box, Qt::Key_Up);
         expectNumber(repeats, 42);
         take("NumberOfRepeats_textbox=99999");
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_Tab);
         expectNumber(repeats, limit);
-        QTest::keyClick(in(repeats), Qt::Key_Down);
+        QTest::keyClick(box, Qt::Key_Down);
         expectNumber(repeats, limit - 1);
-        const Entries entries{{"17", 17}, {"x", 17}, {"12345678901234567890", limit}, {"-5", 1}};
+        const Entries entries{{"17", 17},    {" 43\t", 43}, {"٤٤", 44},
+                              {"۴۵", 45},    {"𝟜𝟞", 46},    {"12345678901234567890", limit},
+                              {"-5", 1},     {"x", 40},     {"²", 40},
+                              {"1.000", 40}, {"12.7", 40},  {"1e3", 40},
+                              {"", 40},      {"0", 40}};
         for (const auto &[entered, taken] : entries) {
+            SCOPED_TRACE(entered);
+            enterText(text(repeats), "40");
             enterText(text(repeats), entered);
+            expectNumber(repeats, taken);
+            enterText(text(repeats), "40");
+            QGuiApplication::clipboard()->setText(QString::fromUtf8(entered));
+            take("NumberOfRepeats_textbox=");
+            QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+            box->setFocus();
+            QTest::keyClick(box, Qt::Key_Tab);
             expectNumber(repeats, taken);
         }
         tabs()->setCurrentIndex(MultipleKeyOutput);
@@ -293,6 +316,9 @@ TEST_F(AdvancedDialogTest, FieldsAndTheirSteppersFollowEachOtherWithinTheLimits)
         enterText(text(field), "5");
         expectNumber(field, 10);
     }
+    tabs()->setLocale(QLocale(QLocale::Persian));
+    QTest::keyClick(in(repeats), Qt::Key_Up);
+    EXPECT_EQ(text(repeats)->text() + in<QSpinBox>(repeats)->text(), QStringLiteral("۴۱۴۱"));
 }
 
 TEST_F(AdvancedDialogTest, MultipleKeyOutputPageShowsTheRecordAndPutsItRight)

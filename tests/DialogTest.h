@@ -53,8 +53,9 @@ protected:
             if (qobject_cast<QAbstractButton *>(control) != nullptr) {
                 assistance->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
             } else if (auto *text = qobject_cast<QLineEdit *>(control)) {
-                text->clear();
-                QTest::keyClicks(text, value);
+                text->end(false);
+                const QString backspaces(text->text().size(), QLatin1Char('\b'));
+                QTest::keyClicks(text->focusProxy(), backspaces + value);
             } else if (qobject_cast<QComboBox *>(control) != nullptr) {
                 for (int row = -1; row < value.toInt(); ++row) {
                     QTest::keyClick(control, row < 0 ? Qt::Key_Home : Qt::Key_Down);

@@ -1,12 +1,16 @@
-#include "AdvancedSettingDialogViewController.h"
-#include "ui_AdvancedSettingDialogViewController.h"
+#include "AdvancedClickPage.h"
+
+#include "Choice.h"
+#include "ui_AdvancedClickPage.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace kavelo {
 namespace {
 
-using Form = Ui::AdvancedSettingDialogViewController;
+using Form = Ui::AdvancedClickPage;
 
 constexpr std::uint8_t LeftClick = 1;
 constexpr std::uint8_t RightClick = 2;
@@ -44,9 +48,13 @@ constexpr std::array<ClickBox, 3> ClickBoxes{{
 
 } // namespace
 
-void AdvancedSettingDialogViewController::connectClickPage()
+AdvancedClickPage::AdvancedClickPage(QWidget *parent)
+    : AdvancedPage(parent)
+    , m_ui(std::make_unique<Form>())
 {
-    const std::array<std::pair<QAbstractButton *, Action>, 10> actions{{
+    using Self = AdvancedClickPage;
+    m_ui->setupUi(this);
+    const std::array<std::pair<QAbstractButton *, void (Self::*)()>, 10> actions{{
         {m_ui->C_radiobuttonLeftClick, &Self::C_radiobuttonLeftClick_CheckedChanged},
         {m_ui->C_radiobuttonRightClick, &Self::C_radiobuttonRightClick_CheckedChanged},
         {m_ui->C_radiobuttonCenterClick, &Self::C_radiobuttonCenterClick_CheckedChanged},
@@ -60,17 +68,21 @@ void AdvancedSettingDialogViewController::connectClickPage()
         {m_ui->C_checkboxRightClick, &Self::C_checkboxRightClick_CheckedChanged},
         {m_ui->C_checkboxCenterClick, &Self::C_checkboxCenterClick_CheckedChanged},
     }};
-    connectActions(actions);
+    for (const auto &[button, action] : actions) {
+        connectChoice(button, this, action);
+    }
 }
 
-void AdvancedSettingDialogViewController::loadClickPage()
+AdvancedClickPage::~AdvancedClickPage() = default;
+
+void AdvancedClickPage::load(const PedalRow &pedal)
 {
-    std::uint8_t &clicks = commonData()[0];
-    const bool isSingle = outputMode() == SIMPLE_CLICK;
-    const bool isClick = isSingle || outputMode() == SIMPLE_DOUBLE_CLICK;
+    std::uint8_t &clicks = pedal.commonData[0];
+    const bool isSingle = pedal.outputMode == SIMPLE_CLICK;
+    const bool isClick = isSingle || pedal.outputMode == SIMPLE_DOUBLE_CLICK;
     const auto findChoice = [&] {
         return std::ranges::find_if(ClickChoices, [&](const ClickChoice &choice) {
-            return choice.mode == outputMode() && choice.clicks == clicks;
+            return choice.mode == pedal.outputMode && choice.clicks == clicks;
         });
     };
     auto choice = findChoice();
@@ -87,17 +99,18 @@ void AdvancedSettingDialogViewController::loadClickPage()
         choice = findChoice();
     }
     m_ui->C_checkboxPluralButtonSimultaneousClick->setChecked(isPlural);
-    turnOn(choice == ClickChoices.end() ? m_ui->C_radiobuttonLeftClick
-                                        : m_ui.get()->*choice->radio);
+    QRadioButton *radio =
+        choice == ClickChoices.end() ? m_ui->C_radiobuttonLeftClick : m_ui.get()->*choice->radio;
+    radio->setChecked(true);
     Change_C_control_VisibleEnabled();
 }
 
-void AdvancedSettingDialogViewController::chooseClick(std::size_t choice)
+void AdvancedClickPage::chooseClick(std::size_t choice)
 {
-    turnOn(m_ui.get()->*ClickChoices.at(choice).radio);
+    (m_ui.get()->*ClickChoices.at(choice).radio)->setChecked(true); // its group sees to the others
 }
 
-void AdvancedSettingDialogViewController::Change_C_control_VisibleEnabled()
+void AdvancedClickPage::Change_C_control_VisibleEnabled()
 {
     const bool isPlural = m_ui->C_checkboxPluralButtonSimultaneousClick->isChecked();
     for (const ClickChoice &choice : ClickChoices) {
@@ -108,7 +121,7 @@ void AdvancedSettingDialogViewController::Change_C_control_VisibleEnabled()
     }
 }
 
-std::uint8_t AdvancedSettingDialogViewController::simultaneousClicks() const
+std::uint8_t AdvancedClickPage::simultaneousClicks() const
 {
     std::uint8_t clicks = 0;
     for (const auto &[box, click] : ClickBoxes) {
@@ -119,18 +132,18 @@ std::uint8_t AdvancedSettingDialogViewController::simultaneousClicks() const
     return clicks;
 }
 
-void AdvancedSettingDialogViewController::okButtonPressed_C()
+void AdvancedClickPage::okButtonPressed_C(const PedalRow &pedal)
 {
     const auto *const choice =
         std::ranges::find_if(ClickChoices, [this](const ClickChoice &candidate) {
             return (m_ui.get()->*candidate.radio)->isChecked();
         });
     if (m_ui->C_checkboxPluralButtonSimultaneousClick->isChecked()) {
-        outputMode() = SIMPLE_CLICK;
-        commonData()[0] = simultaneousClicks();
+        pedal.outputMode = SIMPLE_CLICK;
+        pedal.commonData[0] = simultaneousClicks();
     } else if (choice != ClickChoices.end()) {
-        outputMode() = choice->mode;
-        commonData()[0] = choice->clicks;
+        pedal.outputMode = choice->mode;
+        pedal.commonData[0] = choice->clicks;
     }
 }
 

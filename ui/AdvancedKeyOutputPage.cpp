@@ -1,6 +1,11 @@
-#include "AdvancedSettingDialogViewController.h"
+#include "AdvancedKeyOutputPage.h"
+
+#include "KeyUsage.h"
 #include "ModifierName.h"
-#include "ui_AdvancedSettingDialogViewController.h"
+#include "ui_AdvancedKeyOutputPage.h"
+
+#include <array>
+#include <utility>
 
 namespace kavelo {
 namespace {
@@ -18,15 +23,19 @@ std::uint8_t usageOfListRow(int row)
 
 } // namespace
 
-void AdvancedSettingDialogViewController::connectKeyOutputPage()
+AdvancedKeyOutputPage::AdvancedKeyOutputPage(QWidget *parent)
+    : AdvancedPage(parent)
+    , m_ui(std::make_unique<Ui::AdvancedKeyOutputPage>())
 {
+    using Self = AdvancedKeyOutputPage;
+    m_ui->setupUi(this);
     m_ui->RadioButtonModifiers_KO->setId(m_ui->KO_radiobuttonNoModifiers, NoModifiers);
     m_ui->RadioButtonModifiers_KO->setId(m_ui->KO_radiobuttonWithModifiers, WithModifiers);
     m_ui->RadioButtonModifiers_KO->setId(m_ui->KO_radiobuttonOnlyModifiers, OnlyModifiers);
     for (const std::uint8_t usage : KeyListUsageIDs) {
         m_ui->KO_listboxKeys->addItem(GetKeyName(usage));
     }
-    const std::array<std::pair<QAbstractButton *, Action>, 8> actions{{
+    const std::array<std::pair<QCheckBox *, void (Self::*)(bool)>, 8> actions{{
         {m_ui->KO_checkboxLeftCtrl, &Self::KO_checkboxLeftCtrl_clicked},
         {m_ui->KO_checkboxLeftShift, &Self::KO_checkboxLeftShift_clicked},
         {m_ui->KO_checkboxLeftAlt, &Self::KO_checkboxLeftAlt_clicked},
@@ -36,10 +45,14 @@ void AdvancedSettingDialogViewController::connectKeyOutputPage()
         {m_ui->KO_checkboxRightAlt, &Self::KO_checkboxRightAlt_clicked},
         {m_ui->KO_checkboxRightWindowsKey, &Self::KO_checkboxRightWindowsKey_clicked},
     }};
-    connectActions(actions);
+    for (const auto &[box, action] : actions) {
+        connect(box, &QCheckBox::toggled, this, action);
+    }
 }
 
-std::uint8_t AdvancedSettingDialogViewController::chosenModifiers() const
+AdvancedKeyOutputPage::~AdvancedKeyOutputPage() = default;
+
+std::uint8_t AdvancedKeyOutputPage::chosenModifiers() const
 {
     const std::array<std::pair<bool, ModifierBit>, 8> modifiers{{
         {KO_checkboxLeftCtrl_isChecked, LeftControl},
@@ -60,13 +73,14 @@ std::uint8_t AdvancedSettingDialogViewController::chosenModifiers() const
     return chosen;
 }
 
-void AdvancedSettingDialogViewController::okButtonPressed_KO()
+void AdvancedKeyOutputPage::okButtonPressed_KO(const PedalRow &pedal)
 {
     // The bytes go out under the mode that the pedal has.
     const int row = m_ui->RadioButtonModifiers_KO->checkedId();
-    commonData()[0] = row == NoModifiers ? std::uint8_t{0} : chosenModifiers();
-    commonData()[1] = row == OnlyModifiers ? std::uint8_t{0}
-                                           : usageOfListRow(m_ui->KO_listboxKeys->currentIndex());
+    pedal.commonData[0] = row == NoModifiers ? std::uint8_t{0} : chosenModifiers();
+    pedal.commonData[1] = row == OnlyModifiers
+                              ? std::uint8_t{0}
+                              : usageOfListRow(m_ui->KO_listboxKeys->currentIndex());
 }
 
 } // namespace kavelo

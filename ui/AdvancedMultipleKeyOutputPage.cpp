@@ -1,8 +1,13 @@
-#include "AdvancedSettingDialogViewController.h"
+#include "AdvancedMultipleKeyOutputPage.h"
+
+#include "Choice.h"
+#include "KeyUsage.h"
 #include "ModifierName.h"
-#include "ui_AdvancedSettingDialogViewController.h"
+#include "ui_AdvancedMultipleKeyOutputPage.h"
 
 #include <QAbstractItemView>
+
+#include <utility>
 
 namespace kavelo {
 namespace {
@@ -30,27 +35,47 @@ int decodeOutput(PskoOutput from, std::array<std::uint8_t, PskoOutputSize> &to)
 
 } // namespace
 
-void AdvancedSettingDialogViewController::connectMultipleKeyOutputPage()
+AdvancedMultipleKeyOutputPage::AdvancedMultipleKeyOutputPage(QWidget *parent)
+    : AdvancedPage(parent)
+    , m_ui(std::make_unique<Ui::AdvancedMultipleKeyOutputPage>())
 {
-    const std::array<std::pair<QAbstractButton *, Action>, 4> actions{{
+    m_ui->setupUi(this);
+}
+
+AdvancedMultipleKeyOutputPage::~AdvancedMultipleKeyOutputPage() = default;
+
+void AdvancedMultipleKeyOutputPage::load(const PedalRow &pedal)
+{
+    reset();
+    if (pedal.outputMode == PLURAL_SIMULTANEOUS_KEY_OUTPUT) {
+        decodeTimes(pedal.commonData);
+        decodeRepeats(pedal.commonData);
+        decodeOutputs(pedal);
+    } else {
+        showSampleOutputs();
+    }
+    PSKO_SelectedOutput = 0;
+    PSKO_SetControls();
+    connectActions(); // only now: what loading sets causes no actions
+}
+
+void AdvancedMultipleKeyOutputPage::connectActions()
+{
+    using Self = AdvancedMultipleKeyOutputPage;
+    const std::array<std::pair<QAbstractButton *, void (Self::*)()>, 4> actions{{
         {m_ui->PSKO_radiobuttonUntilRelease, &Self::PSKO_radiobuttonUntilRelease_CheckedChanged},
         {m_ui->PSKO_radiobuttonSetNumber, &Self::PSKO_radiobuttonSetNumber_CheckedChanged},
         {m_ui->PSKO_radiobuttonOutput, &Self::PSKO_radiobuttonOutput_CheckedChanged},
         {m_ui->PSKO_radiobuttonSeries, &Self::PSKO_radiobuttonSeries_CheckedChanged},
     }};
-    connectActions(actions);
-    onTime_PSKO().keepReadOnly();
-    timeBetween_PSKO().keepReadOnly();
-    repeats_PSKO().limitText();
-    connect(m_ui->PSKO_numericupdownNumberOfRepeats_textbox, &QLineEdit::textChanged, this,
-            &Self::PSKO_numericupdownNumberOfRepeats_textbox_ValueChanged);
-    connect(m_ui->PSKO_numericupdownNumberOfRepeats_stepper, &QSpinBox::valueChanged, this,
-            &Self::PSKO_numericupdownNumberOfRepeats_stepper_ValueChanged);
+    for (const auto &[button, action] : actions) {
+        connectChoice(button, this, action);
+    }
     connect(m_ui->PSKO_listboxOutput, &QComboBox::activated, this,
             &Self::PSKO_listboxOutput_SelectedIndexChanged);
 }
 
-void AdvancedSettingDialogViewController::resetMultipleKeyOutput()
+void AdvancedMultipleKeyOutputPage::reset()
 {
     PSKO_KeyData = {};
     PSKO_NumberOfKeys.fill(1);
@@ -65,58 +90,50 @@ void AdvancedSettingDialogViewController::resetMultipleKeyOutput()
     PSKO_Changing = false;
 }
 
-void AdvancedSettingDialogViewController::loadMultipleKeyOutputPage()
+void AdvancedMultipleKeyOutputPage::decodeTimes(CommonRecord &record)
 {
-    if (outputMode() == PLURAL_SIMULTANEOUS_KEY_OUTPUT) {
-        decodeTimes();
-        decodeRepeats();
-        decodeOutputs();
-    } else {
-        showSampleOutputs();
+    if (pskoSettingIn(record).onTime == 0) {
+        record[0] = DefaultTime;
     }
+    if (pskoSettingIn(record).timeBetween == 0) {
+        record[1] = DefaultTime;
+    }
+    const PskoSetting setting = pskoSettingIn(record);
+    m_ui->PSKO_numericupdownOnTime_stepper->setValue(setting.onTime);
+    m_ui->PSKO_numericupdownTimeBetween_stepper->setValue(setting.timeBetween);
 }
 
-void AdvancedSettingDialogViewController::decodeTimes()
+void AdvancedMultipleKeyOutputPage::decodeRepeats(const CommonRecord &record)
 {
-    if (pskoSettingIn(commonData()).onTime == 0) {
-        commonData()[0] = DefaultTime;
-    }
-    if (pskoSettingIn(commonData()).timeBetween == 0) {
-        commonData()[1] = DefaultTime;
-    }
-    const PskoSetting setting = pskoSettingIn(commonData());
-    onTime_PSKO().show(setting.onTime);
-    timeBetween_PSKO().show(setting.timeBetween);
-}
-
-void AdvancedSettingDialogViewController::decodeRepeats()
-{
-    const PskoSetting setting = pskoSettingIn(commonData());
+    const PskoSetting setting = pskoSettingIn(record);
     const bool untilRelease = setting.numberOfRepeats == 0;
-    turnOn(untilRelease ? m_ui->PSKO_radiobuttonUntilRelease : m_ui->PSKO_radiobuttonSetNumber);
-    repeats_PSKO().show(untilRelease ? DEFAULT_NUMBER_OF_REPEATS : setting.numberOfRepeats);
-    turnOn(!untilRelease && setting.repeatsSet ? m_ui->PSKO_radiobuttonSeries
-                                               : m_ui->PSKO_radiobuttonOutput);
+    const bool repeatsSet = !untilRelease && setting.repeatsSet;
+    m_ui->PSKO_radiobuttonUntilRelease->setChecked(untilRelease);
+    m_ui->PSKO_radiobuttonSetNumber->setChecked(!untilRelease);
+    m_ui->PSKO_numericupdownNumberOfRepeats_stepper->setValue(
+        untilRelease ? DEFAULT_NUMBER_OF_REPEATS : setting.numberOfRepeats);
+    m_ui->PSKO_radiobuttonSeries->setChecked(repeatsSet);
+    m_ui->PSKO_radiobuttonOutput->setChecked(!repeatsSet);
 }
 
-void AdvancedSettingDialogViewController::decodeOutputs()
+void AdvancedMultipleKeyOutputPage::decodeOutputs(const PedalRow &pedal)
 {
-    PSKO_NumberOfOutput = pskoSettingIn(commonData()).numberOfOutputs;
+    PSKO_NumberOfOutput = pskoSettingIn(pedal.commonData).numberOfOutputs;
     if (PSKO_NumberOfOutput == 0 || PSKO_NumberOfOutput > NUMBER_OF_PSKO_OUTPUT) {
         PSKO_NumberOfOutput = DefaultOutputs;
-        commonData()[3] =
-            static_cast<std::uint8_t>((commonData()[3] & RepeatUnitBit) | DefaultOutputs);
+        pedal.commonData[3] =
+            static_cast<std::uint8_t>((pedal.commonData[3] & RepeatUnitBit) | DefaultOutputs);
     }
     for (int output = 0; output < PSKO_NumberOfOutput; ++output) {
         const auto row = static_cast<std::size_t>(output);
-        const int lastKey = decodeOutput(pskoOutputIn(commonData(), additionalData(), output + 1),
-                                         PSKO_KeyData.at(row));
+        const int lastKey = decodeOutput(
+            pskoOutputIn(pedal.commonData, pedal.additionalData, output + 1), PSKO_KeyData.at(row));
         PSKO_NumberOfKeys.at(row) = lastKey;
         PSKO_NumberOfKeysOriginal.at(row) = lastKey;
     }
 }
 
-void AdvancedSettingDialogViewController::showSampleOutputs()
+void AdvancedMultipleKeyOutputPage::showSampleOutputs()
 {
     const auto newCharacter = static_cast<std::uint8_t>(PSKO_NewOutputCharacter + 1);
     PSKO_KeyData[0] = {LeftShift, newCharacter};
@@ -125,12 +142,12 @@ void AdvancedSettingDialogViewController::showSampleOutputs()
     PSKO_NumberOfKeys[2] = 2;
     PSKO_NumberOfKeysOriginal[2] = 2;
     PSKO_NumberOfOutput = 3;
-    turnOn(m_ui->PSKO_radiobuttonUntilRelease);
-    repeats_PSKO().show(DEFAULT_NUMBER_OF_REPEATS);
-    turnOn(m_ui->PSKO_radiobuttonOutput);
+    m_ui->PSKO_radiobuttonUntilRelease->setChecked(true);
+    m_ui->PSKO_numericupdownNumberOfRepeats_stepper->setValue(DEFAULT_NUMBER_OF_REPEATS);
+    m_ui->PSKO_radiobuttonOutput->setChecked(true);
 }
 
-void AdvancedSettingDialogViewController::PSKO_SetControls()
+void AdvancedMultipleKeyOutputPage::PSKO_SetControls()
 {
     PSKO_Changing = true;
     m_ui->PSKO_listboxOutput->clear();
@@ -142,7 +159,7 @@ void AdvancedSettingDialogViewController::PSKO_SetControls()
     list->setMinimumWidth(list->sizeHintForColumn(0));
 }
 
-QString AdvancedSettingDialogViewController::outputLine(std::size_t output) const
+QString AdvancedMultipleKeyOutputPage::outputLine(std::size_t output) const
 {
     const QString modifiers = QStringLiteral("テスト用modifier名");
     const auto &keys = PSKO_KeyData.at(output);
@@ -154,39 +171,24 @@ QString AdvancedSettingDialogViewController::outputLine(std::size_t output) cons
     return line;
 }
 
-NumericUpDown AdvancedSettingDialogViewController::onTime_PSKO() const
+void AdvancedMultipleKeyOutputPage::setRepeatsEnabled(bool enabled)
 {
-    return {m_ui->PSKO_numericupdownOnTime_textbox, m_ui->PSKO_numericupdownOnTime_stepper};
-}
-
-NumericUpDown AdvancedSettingDialogViewController::timeBetween_PSKO() const
-{
-    return {m_ui->PSKO_numericupdownTimeBetween_textbox,
-            m_ui->PSKO_numericupdownTimeBetween_stepper};
-}
-
-NumericUpDown AdvancedSettingDialogViewController::repeats_PSKO() const
-{
-    return {m_ui->PSKO_numericupdownNumberOfRepeats_textbox,
-            m_ui->PSKO_numericupdownNumberOfRepeats_stepper};
-}
-
-void AdvancedSettingDialogViewController::setRepeatsEnabled_PSKO(bool enabled)
-{
-    turnOn(enabled ? m_ui->PSKO_radiobuttonSetNumber : m_ui->PSKO_radiobuttonUntilRelease);
-    repeats_PSKO().setEnabled(enabled);
+    QRadioButton *radio =
+        enabled ? m_ui->PSKO_radiobuttonSetNumber : m_ui->PSKO_radiobuttonUntilRelease;
+    radio->setChecked(true);
+    m_ui->PSKO_numericupdownNumberOfRepeats_stepper->setEnabled(enabled);
     m_ui->PSKO_radiobuttonOutput->setEnabled(enabled);
     m_ui->PSKO_radiobuttonSeries->setEnabled(enabled);
 }
 
-void AdvancedSettingDialogViewController::PSKO_radiobuttonOutput_CheckedChanged()
+void AdvancedMultipleKeyOutputPage::PSKO_radiobuttonOutput_CheckedChanged()
 {
-    turnOn(m_ui->PSKO_radiobuttonOutput);
+    m_ui->PSKO_radiobuttonOutput->setChecked(true);
 }
 
-void AdvancedSettingDialogViewController::PSKO_radiobuttonSeries_CheckedChanged()
+void AdvancedMultipleKeyOutputPage::PSKO_radiobuttonSeries_CheckedChanged()
 {
-    turnOn(m_ui->PSKO_radiobuttonSeries);
+    m_ui->PSKO_radiobuttonSeries->setChecked(true);
 }
 
 } // namespace kavelo

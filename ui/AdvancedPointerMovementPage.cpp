@@ -1,19 +1,21 @@
-#include "AdvancedSettingDialogViewController.h"
+#include "AdvancedPointerMovementPage.h"
+
+#include "Choice.h"
 #include "ThousandLogScale.h"
-#include "ui_AdvancedSettingDialogViewController.h"
+#include "ui_AdvancedPointerMovementPage.h"
 
 #include <QSignalBlocker>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 namespace kavelo {
 namespace {
 
-using Form = Ui::AdvancedSettingDialogViewController;
+using Form = Ui::AdvancedPointerMovementPage;
 
-constexpr int MaxValue16 = 0xFFFF;
-constexpr int MaxRepeats = 0xFFFE;
 /// Bytes 4 and 5 hold this divided by the acceleration index, and this itself without acceleration.
 constexpr int AccelerationUnit = 1000;
 
@@ -38,9 +40,13 @@ constexpr std::array<Direction, 8> Directions{{
 
 } // namespace
 
-void AdvancedSettingDialogViewController::connectPointerMovementPage()
+AdvancedPointerMovementPage::AdvancedPointerMovementPage(QWidget *parent)
+    : AdvancedPage(parent)
+    , m_ui(std::make_unique<Form>())
 {
-    const std::array<std::pair<QAbstractButton *, Action>, 11> actions{{
+    using Self = AdvancedPointerMovementPage;
+    m_ui->setupUi(this);
+    const std::array<std::pair<QAbstractButton *, void (Self::*)()>, 11> actions{{
         {m_ui->PM_radiobuttonUp, &Self::PM_radiobuttonUp_CheckedChanged},
         {m_ui->PM_radiobuttonUpperRight, &Self::PM_radiobuttonUpperRight_CheckedChanged},
         {m_ui->PM_radiobuttonRight, &Self::PM_radiobuttonRight_CheckedChanged},
@@ -53,115 +59,92 @@ void AdvancedSettingDialogViewController::connectPointerMovementPage()
         {m_ui->PM_radiobuttonUntilRelease, &Self::PM_radiobuttonUntilRelease_CheckedChanged},
         {m_ui->PM_radiobutttonSetNumber, &Self::PM_radiobutttonSetNumber_CheckedChanged},
     }};
-    connectActions(actions);
-
-    // Screen readers set a slider's or stepper's value as the program does, so this listens to any
-    // change; the program blocks the signals of its own.
-    const std::array<std::pair<QSlider *, Action>, 2> sliders{{
-        {m_ui->PM_hscrollbarThousandLogSpeedIndex,
-         &Self::PM_hscrollbarThousandLogSpeedIndex_Scroll},
-        {m_ui->PM_hscrollbarThousandLogAccelerationIndex,
-         &Self::PM_hscrollbarThousandLogAccelerationIndex_Scroll},
-    }};
-    for (const auto &[slider, action] : sliders) {
-        connect(slider, &QSlider::valueChanged, this, action);
-        // The place where the slider stands already can be chosen, too.
-        connect(slider, &QSlider::sliderPressed, this, action);
-        connect(slider, &QSlider::actionTriggered, this, action);
+    for (const auto &[button, action] : actions) {
+        connectChoice(button, this, action);
     }
+    connect(m_ui->PM_hscrollbarThousandLogSpeedIndex, &IndexSlider::chosen, this,
+            &Self::PM_hscrollbarThousandLogSpeedIndex_Scroll);
+    connect(m_ui->PM_hscrollbarThousandLogAccelerationIndex, &IndexSlider::chosen, this,
+            &Self::PM_hscrollbarThousandLogAccelerationIndex_Scroll);
     connect(m_ui->PM_numericupdownSpeedIndex_stepper, &QSpinBox::valueChanged, this,
             &Self::PM_numericupdownSpeedIndex_stepper_ValueChanged);
     connect(m_ui->PM_numericupdownAccelerationIndex_stepper, &QSpinBox::valueChanged, this,
             &Self::PM_numericupdownAccelerationIndex_stepper_ValueChanged);
-    speed().number.keepReadOnly();
-    acceleration().number.keepReadOnly();
-    repeats_PM().limitText();
-    connect(m_ui->PM_numericupdownNumberOfRepeats_textbox, &QLineEdit::textChanged, this,
-            &Self::PM_numericupdownNumberOfRepeats_textbox_ValueChanged);
-    connect(m_ui->PM_numericupdownNumberOfRepeats_stepper, &QSpinBox::valueChanged, this,
-            &Self::PM_numericupdownNumberOfRepeats_stepper_ValueChanged);
 }
 
-void AdvancedSettingDialogViewController::chooseDirection(std::size_t direction)
+AdvancedPointerMovementPage::~AdvancedPointerMovementPage() = default;
+
+void AdvancedPointerMovementPage::chooseDirection(std::size_t direction)
 {
-    turnOn(m_ui.get()->*Directions.at(direction).radio);
+    (m_ui.get()->*Directions.at(direction).radio)->setChecked(true); // its group sees to the others
 }
 
-AdvancedSettingDialogViewController::LogarithmicIndex AdvancedSettingDialogViewController::speed()
+AdvancedPointerMovementPage::LogarithmicIndex AdvancedPointerMovementPage::speed()
 {
-    return {m_ui->PM_hscrollbarThousandLogSpeedIndex,
-            {m_ui->PM_numericupdownSpeedIndex_textbox, m_ui->PM_numericupdownSpeedIndex_stepper},
+    return {m_ui->PM_hscrollbarThousandLogSpeedIndex, m_ui->PM_numericupdownSpeedIndex_stepper,
             PM_SpeedIndex};
 }
 
-AdvancedSettingDialogViewController::LogarithmicIndex
-AdvancedSettingDialogViewController::acceleration()
+AdvancedPointerMovementPage::LogarithmicIndex AdvancedPointerMovementPage::acceleration()
 {
     return {m_ui->PM_hscrollbarThousandLogAccelerationIndex,
-            {m_ui->PM_numericupdownAccelerationIndex_textbox,
-             m_ui->PM_numericupdownAccelerationIndex_stepper},
-            PM_AccelerationIndex};
+            m_ui->PM_numericupdownAccelerationIndex_stepper, PM_AccelerationIndex};
 }
 
-NumericUpDown AdvancedSettingDialogViewController::repeats_PM() const
-{
-    return {m_ui->PM_numericupdownNumberOfRepeats_textbox,
-            m_ui->PM_numericupdownNumberOfRepeats_stepper};
-}
-
-void AdvancedSettingDialogViewController::takeFromSlider(const LogarithmicIndex &controls)
+void AdvancedPointerMovementPage::takeFromSlider(const LogarithmicIndex &controls)
 {
     controls.index = indexAtThousandLog(controls.slider->sliderPosition());
-    controls.number.show(controls.index);
-    controls.number.stepper->setMinimum(1); // 0 was "not chosen yet"
+    const QSignalBlocker blocker(controls.number);
+    controls.number->setValue(controls.index);
+    controls.number->setMinimum(1); // 0 was "not chosen yet"
 }
 
-void AdvancedSettingDialogViewController::takeFromStepper(const LogarithmicIndex &controls)
+void AdvancedPointerMovementPage::takeFromStepper(const LogarithmicIndex &controls)
 {
-    controls.number.copyStepperToText();
-    controls.index = controls.number.stepper->value();
+    controls.index = controls.number->value();
     const QSignalBlocker blocker(controls.slider);
     controls.slider->setValue(thousandLogOfIndex(controls.index));
-    controls.number.stepper->setMinimum(1); // 0 was "not chosen yet"
+    controls.number->setMinimum(1); // 0 was "not chosen yet"
 }
 
-void AdvancedSettingDialogViewController::PM_checkboxAccelerated_CheckedChanged()
+void AdvancedPointerMovementPage::PM_checkboxAccelerated_CheckedChanged()
 {
     const bool isAccelerated = m_ui->PM_checkboxAccelerated->isChecked();
     acceleration().slider->setEnabled(isAccelerated);
-    acceleration().number.setEnabled(isAccelerated);
+    acceleration().number->setEnabled(isAccelerated);
 }
 
-void AdvancedSettingDialogViewController::setRepeatsEnabled_PM(bool enabled)
+void AdvancedPointerMovementPage::setRepeatsEnabled(bool enabled)
 {
-    turnOn(enabled ? m_ui->PM_radiobutttonSetNumber : m_ui->PM_radiobuttonUntilRelease);
-    repeats_PM().setEnabled(enabled);
+    QRadioButton *radio =
+        enabled ? m_ui->PM_radiobutttonSetNumber : m_ui->PM_radiobuttonUntilRelease;
+    radio->setChecked(true);
+    m_ui->PM_numericupdownNumberOfRepeats_stepper->setEnabled(enabled);
 }
 
-void AdvancedSettingDialogViewController::okButtonPressed_PM()
+void AdvancedPointerMovementPage::okButtonPressed_PM(const PedalRow &pedal)
 {
-    outputMode() = POINTER_MOVE;
-    writeDirection();
-    const int dotsPerSecond = std::clamp(PM_SpeedIndex, 0, MaxValue16);
-    IntoTwoCommonData(dotsPerSecond, 2);
-    writeAcceleration();
-    IntoTwoCommonData(dotsPerSecond, 9);
-    IntoTwoCommonData(std::clamp(PM_AccelerationIndex, 0, MaxValue16), 11);
+    pedal.outputMode = POINTER_MOVE;
+    writeDirection(pedal.commonData);
+    IntoTwoCommonData(PM_SpeedIndex, 2);
+    writeAcceleration(pedal.commonData);
+    IntoTwoCommonData(PM_SpeedIndex, 9);
+    IntoTwoCommonData(PM_AccelerationIndex, 11);
     writeRepeats();
 }
 
-void AdvancedSettingDialogViewController::writeDirection()
+void AdvancedPointerMovementPage::writeDirection(CommonRecord &record) const
 {
     for (const auto &[radio, x, y] : Directions) {
         if ((m_ui.get()->*radio)->isChecked()) {
-            commonData()[0] = x;
-            commonData()[1] = y;
+            record[0] = x;
+            record[1] = y;
             return;
         }
     }
 }
 
-void AdvancedSettingDialogViewController::writeAcceleration()
+void AdvancedPointerMovementPage::writeAcceleration(CommonRecord &record)
 {
     const bool isAccelerated = m_ui->PM_checkboxAccelerated->isChecked();
     // An index that has not been chosen is 0, which says nothing.
@@ -169,17 +152,18 @@ void AdvancedSettingDialogViewController::writeAcceleration()
     if (PM_AccelerationIndex <= AccelerationUnit) {
         const double slowness = double{AccelerationUnit} / PM_AccelerationIndex;
         IntoTwoCommonData(static_cast<int>(std::lround(slowness)), 4);
-        commonData()[6] = isAccelerated ? 1 : 0;
+        record[6] = isAccelerated ? 1 : 0;
     }
 }
 
-void AdvancedSettingDialogViewController::writeRepeats()
+void AdvancedPointerMovementPage::writeRepeats()
 {
     if (m_ui->PM_radiobuttonUntilRelease->isChecked()) {
         IntoTwoCommonData(0, 7);
     } else if (m_ui->PM_radiobutttonSetNumber->isChecked()) {
-        const qlonglong repeats = repeats_PM().textbox->text().toLongLong();
-        IntoTwoCommonData(static_cast<int>(std::clamp<qlonglong>(repeats, 1, MaxRepeats)), 7);
+        NumericUpDown *repeats = m_ui->PM_numericupdownNumberOfRepeats_stepper;
+        repeats->interpretText(); // OK may be pressed without leaving the field
+        IntoTwoCommonData(repeats->value(), 7);
     }
 }
 

@@ -1,66 +1,91 @@
 #include "NumericUpDown.h"
 
-#include <QIntValidator>
+#include <QEvent>
 #include <QLineEdit>
-#include <QPalette>
-#include <QSignalBlocker>
-#include <QSpinBox>
 
 #include <algorithm>
+#include <limits>
+#include <optional>
 
 namespace kavelo {
+namespace {
 
-void NumericUpDown::limitText() const
+/// The whole number that a text is, blanks around it aside; at most as large as an int can be.
+std::optional<int> wholeNumberIn(const QString &text)
 {
-    auto *validator = new QIntValidator(stepper->minimum(), stepper->maximum(), textbox);
-    QLocale plainDigits = QLocale::c();
-    plainDigits.setNumberOptions(QLocale::OmitGroupSeparator | QLocale::RejectGroupSeparator);
-    validator->setLocale(plainDigits);
-    textbox->setValidator(validator);
-}
-
-void NumericUpDown::keepReadOnly() const
-{
-    QPalette palette = textbox->palette();
-    palette.setColor(QPalette::Base, QColor(128, 128, 128, 48)); // dims light and dark windows
-    textbox->setPalette(palette);
-    // Screen readers can set the text of a read-only field.
-    QObject::connect(textbox, &QLineEdit::textChanged, stepper,
-                     [field = *this] { field.copyStepperToText(); });
-}
-
-void NumericUpDown::show(int number) const
-{
-    const QSignalBlocker blocker(stepper);
-    stepper->setValue(number);
-    copyStepperToText();
-}
-
-void NumericUpDown::copyTextToStepper() const
-{
-    const QString text = textbox->text();
-    bool isNumber = false;
-    const double number = text.toDouble(&isNumber); // of any size
-    if (isNumber) {
-        const QSignalBlocker blocker(stepper);
-        stepper->setValue(
-            static_cast<int>(std::clamp<double>(number, stepper->minimum(), stepper->maximum())));
+    const QString trimmed = text.trimmed();
+    const bool isNegative = trimmed.startsWith(QLatin1Char('-'));
+    const auto digits = trimmed.mid(isNegative ? 1 : 0).toUcs4();
+    if (digits.isEmpty() || !std::ranges::all_of(digits, qOverload<char32_t>(&QChar::isDigit))) {
+        return std::nullopt;
     }
-    const bool isUnfinished = text.isEmpty() || text == QLatin1Char('0');
-    if (!isUnfinished && text != QString::number(stepper->value())) {
-        copyStepperToText();
+    double number = 0;
+    for (const char32_t digit : digits) {
+        number = 10 * number + QChar::digitValue(digit);
     }
+    constexpr double Most = std::numeric_limits<int>::max();
+    number = std::min(number, Most);
+    return static_cast<int>(isNegative ? -number : number);
 }
 
-void NumericUpDown::copyStepperToText() const
+} // namespace
+
+NumericUpDown::NumericUpDown(QWidget *parent)
+    : QSpinBox(parent)
 {
-    textbox->setText(QString::number(stepper->value()));
+    setKeyboardTracking(false);
+    // The step of assistive technology. Qt looks for it here, and else takes a tenth of the range.
+    setProperty("stepSize", singleStep());
+    // At once: under the name that Qt gives it, screen readers don't take it for a text field.
+    connect(this, &QObject::objectNameChanged, this, [this](QString name) {
+        lineEdit()->setObjectName(
+            name.replace(QLatin1String("_stepper"), QLatin1String("_textbox")));
+    });
+    connect(lineEdit(), &QLineEdit::textChanged, this, [this] {
+        if (!lineEdit()->isModified()) { // set, not typed
+            interpretText();
+        }
+    });
 }
 
-void NumericUpDown::setEnabled(bool enabled) const
+bool NumericUpDown::isTextReadOnly() const
 {
-    textbox->setEnabled(enabled);
-    stepper->setEnabled(enabled);
+    return lineEdit()->isReadOnly();
+}
+
+void NumericUpDown::setTextReadOnly(bool readOnly)
+{
+    lineEdit()->setReadOnly(readOnly);
+    QPalette dimmed;
+    if (readOnly) {
+        dimmed.setColor(QPalette::Base, QColor(128, 128, 128, 32)); // on light and dark windows
+    }
+    setPalette(dimmed);
+}
+
+bool NumericUpDown::event(QEvent *event)
+{
+    if (event->type() == QEvent::Polish) {
+        lineEdit()->setAccessibleName(accessibleName()); // which the form has set by now
+    }
+    return QSpinBox::event(event);
+}
+
+QValidator::State NumericUpDown::validate(QString &text, int & /*position*/) const
+{
+    if (isTextReadOnly()) {
+        return text == textFromValue(value()) ? QValidator::Acceptable : QValidator::Invalid;
+    }
+    const std::optional<int> number = wholeNumberIn(text);
+    if (text.trimmed().isEmpty() || (number == 0 && minimum() > 0)) {
+        return QValidator::Intermediate;
+    }
+    return number ? QValidator::Acceptable : QValidator::Invalid;
+}
+
+int NumericUpDown::valueFromText(const QString &text) const
+{
+    return std::clamp(wholeNumberIn(text).value_or(value()), minimum(), maximum());
 }
 
 } // namespace kavelo

@@ -1,29 +1,30 @@
 #pragma once
 
-class QLineEdit;
-class QSpinBox;
+#include <QSpinBox>
 
 namespace kavelo {
 
-/// A numeric field's two controls: a text field and the stepper beside it, which the form places
-/// and owns. This is no widget, but what both do together. The stepper's limits are the field's.
-struct NumericUpDown
+/// A numeric field with its stepper. It is named `..._stepper`, and its text field `..._textbox`.
+///
+/// What is entered counts when the field is left, or at once when assistive technology enters it. A
+/// whole number in digits of any script becomes the nearest within the limits; anything else, and a
+/// 0 where 0 is not allowed, gives way to the number that the field had.
+class NumericUpDown : public QSpinBox
 {
-    QLineEdit *textbox;
-    QSpinBox *stepper;
+    Q_OBJECT
+    Q_PROPERTY(bool textReadOnly READ isTextReadOnly WRITE setTextReadOnly)
 
-    /// Lets only digits be typed.
-    void limitText() const;
-    /// Makes the read-only text field look so and stay so.
-    void keepReadOnly() const;
-    /// Shows a number in both, without their actions.
-    void show(int number) const;
-    /// Takes the number that has been entered over into the stepper. One beyond the limits becomes
-    /// the nearest within; what is no number is undone.
-    void copyTextToStepper() const;
-    /// Takes the stepper's number over into the text field.
-    void copyStepperToText() const;
-    void setEnabled(bool enabled) const;
+public:
+    explicit NumericUpDown(QWidget *parent = nullptr);
+
+    /// Whether only the stepper changes the number.
+    [[nodiscard]] bool isTextReadOnly() const;
+    void setTextReadOnly(bool readOnly);
+
+protected:
+    bool event(QEvent *event) override;
+    QValidator::State validate(QString &text, int &position) const override;
+    [[nodiscard]] int valueFromText(const QString &text) const override;
 };
 
 } // namespace kavelo

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Choice.h"
 #include "Hid.h"
 #include "PedalSetting.h"
 
-#include <QAbstractButton>
 #include <QDialog>
 
 #include <functional>
@@ -49,23 +49,6 @@ protected:
     void write(const std::function<void()> &buildRecord);
     /// Sends the row as it is and dismisses the dialog.
     void sendAndDismiss();
-
-    /// Has a choice's action done when its check box changes, or its radio button is turned on, by
-    /// whatever means: assistive technology turns buttons without clicking them. The click on a
-    /// radio button that is on already counts, too.
-    template <class Dialog>
-    static void connectChoice(QAbstractButton *button, Dialog *dialog, void (Dialog::*action)())
-    {
-        const bool isRadio = button->autoExclusive();
-        connect(button, &QAbstractButton::toggled, dialog, [=](bool on) {
-            if (on || !isRadio) {
-                (dialog->*action)();
-            }
-        });
-        if (isRadio) {
-            connect(button, &QAbstractButton::clicked, dialog, action);
-        }
-    }
 
     [[nodiscard]] MainWindowViewController &presenter() const { return m_presenter; }
     /// The index of the pedal being edited. `SelectedPedalNo` may move on meanwhile, when a read of
