@@ -52,7 +52,7 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
     for (const auto &[pedals, width, rows, names, titles] : layouts) {
         SCOPED_TRACE(int{pedals});
         QFont font = QApplication::font();
-        font.setPointSize(font.pointSize() == 13 ? 8 : 13);
+        font.setPointSize(font.pointSize() == 18 ? 8 : 18);
         QApplication::setFont(font);
         unit.memory().numberOfPedals = pedals;
         plugInAndWait();
@@ -60,6 +60,10 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
         EXPECT_EQ(label->width(), width - 30);
         EXPECT_LE(label->heightForWidth(width - 30), label->height());
         EXPECT_LE(label->geometry().bottom(), name(0)->y());
+        EXPECT_LE(annotation->heightForWidth(width - 30), annotation->height());
+        EXPECT_EQ(contents(0)->viewport()->height() % contents(0)->cursorRect().height(), 0)
+            << "the last line is cut";
+        bool isFull = standard(0)->font().pointSizeF() == font.pointSizeF();
         const int height = window.height();
         for (int place = 0; place < int(rows.size()); ++place) {
             const int row = rows.at(std::size_t(place));
@@ -77,9 +81,13 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
             EXPECT_FALSE(advanced(row)->isEnabled());
             for (const QPushButton *button : {standard(row), advanced(row)}) {
                 EXPECT_LE(button->sizeHint().width(), button->width()) << "the title is cut off";
-                EXPECT_LE(button->font().pointSizeF(), font.pointSizeF());
+                EXPECT_EQ(button->font(), standard(0)->font());
+                isFull = isFull || button->sizeHint().width() > 0.94 * button->width();
             }
+            EXPECT_LE(name(row)->sizeHint().width(), name(row)->width());
+            EXPECT_LE(name(row)->sizeHint().height(), name(row)->height());
         }
+        EXPECT_TRUE(isFull) << "the titles could be larger";
         for (int row = 0; row < MaxPedals; ++row) {
             const bool isShown = std::ranges::count(rows, row) == 1;
             EXPECT_EQ(name(row)->isVisible(), isShown);
@@ -88,7 +96,7 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
         EXPECT_TRUE(restoreItem()->isEnabled());
         unplugAndWait();
         EXPECT_EQ(window.height(), height) << "only the font moves the window's lower edge";
-        EXPECT_EQ(height > usualHeight, font.pointSize() == 13);
+        EXPECT_EQ(height > usualHeight, font.pointSize() == 18);
         EXPECT_TRUE(window.centralWidget()->rect().contains(annotation->geometry()));
     }
 }
@@ -105,12 +113,15 @@ TEST_F(MainWindowTest, ReadsEveryPedalOnceWhateverElseIsPluggedIn)
     bus::unplug(other);
     runTicks(2);
     EXPECT_EQ(requests.size(), ReadExchanges) << "nothing is read twice";
+    EXPECT_TRUE(standard(3)->hasFocus()) << "the first pedal from the left";
+    standard(2)->setFocus();
     unit.setReplyDelay(3 * TickPeriod / 2);
     Q_EMIT unit.inputReport({0xEE, 0xEE});
     ASSERT_TRUE(waitUntil([&] { return requests.size() == 2 * ReadExchanges && showsUnit(unit); }))
         << "a report that nobody has asked for is a reason to look again";
     EXPECT_EQ((std::array{VersionNumberMajor, VersionNumberMinor, VersionNumberRevision}),
               unit.memory().version);
+    EXPECT_TRUE(waitUntil([&] { return standard(2)->hasFocus(); })) << "where the user has put it";
     QAccessibleInterface *box = QAccessible::queryAccessibleInterface(contents(0));
     EXPECT_EQ(box->text(QAccessible::Name), QStringLiteral("Center Pedal"));
 }
@@ -179,6 +190,29 @@ TEST_F(MainWindowTest, TabAndScreenReadersGoThroughThePedalsFromLeftToRight)
             }
         }
         EXPECT_TRUE(std::ranges::is_sorted(columns));
+        for (int row = 0; row < MaxPedals; ++row) {
+            const auto *button = QAccessible::queryAccessibleInterface(advanced(row));
+            EXPECT_EQ(area->indexOfChild(button) >= 0, row < std::max<int>(pedals, 3))
+                << "it is covered, or outside the window";
+        }
+        QTest::keyClick(contents(leftmost), Qt::Key_Down);
+        EXPECT_EQ(contents(leftmost)->textCursor().blockNumber(), 1);
+        const QImage picture = window.centralWidget()->grab().toImage();
+        EXPECT_NE(picture.pixelColor(contents(leftmost)->pos() - QPoint(1, 1)),
+                  picture.pixelColor(0, 0))
+            << "a frame shows where the focus is";
+        std::vector<int> opened;
+        for (int place = 0; place < pedals; ++place) {
+            ASSERT_TRUE(waitUntil([&] { return window.isActiveWindow(); }));
+            QTest::keyClick(&window, Qt::Key(Qt::Key_1 + place), Qt::AltModifier);
+            ASSERT_TRUE(waitUntil([&] { return dialog() != nullptr; }));
+            opened.push_back(standard(SelectedPedalNo)->x());
+            const auto *button = QAccessible::queryAccessibleInterface(standard(SelectedPedalNo));
+            EXPECT_TRUE(
+                button->text(QAccessible::Description).endsWith(QString::number(place + 1)));
+            dialog()->reject();
+        }
+        EXPECT_TRUE(std::ranges::is_sorted(opened));
         unplugAndWait();
     }
 }

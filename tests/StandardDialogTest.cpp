@@ -1,6 +1,8 @@
 #include "DialogTest.h"
 
+#include <QAbstractItemView>
 #include <QMessageBox>
+#include <QScopeGuard>
 
 namespace kavelo {
 namespace {
@@ -149,6 +151,60 @@ TEST_F(StandardDialogTest, TheControlsFollowTheChoice)
     }
     EXPECT_EQ(keys()->currentText(), QStringLiteral("x"));
     EXPECT_EQ(label("textboxExplanation"), "Shift and this key will be an uppercase X");
+}
+
+TEST_F(StandardDialogTest, AssistiveTechnologyChoosesAKeyWhetherTheListIsOpenOrNot)
+{
+    unit.memory().pedals[0] = {};
+    plugInAndWait();
+    open(0);
+    QAbstractItemView *list = keys()->view();
+    const auto toggle = [&](int key) {
+        QAccessible::queryAccessibleInterface(list)->child(key)->actionInterface()->doAction(
+            QAccessibleActionInterface::toggleAction());
+        runTicks(1);
+        return keys()->currentIndex();
+    };
+    EXPECT_EQ(toggle(5), 5);
+    EXPECT_EQ(label("textboxExplanation"), "Shift and this key will be an uppercase F");
+    EXPECT_TRUE(in("ProgramKavelo")->isEnabled());
+    keys()->showPopup();
+    QTest::keyClick(list, Qt::Key_Down);
+    runTicks(1);
+    EXPECT_EQ(keys()->currentIndex(), 5) << "the user has only walked there";
+    EXPECT_EQ(toggle(8), 8);
+    EXPECT_FALSE(list->isVisible());
+    keys()->showPopup();
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Escape);
+    runTicks(1);
+    EXPECT_EQ(keys()->currentIndex(), 8);
+    EXPECT_EQ(toggle(9), 9) << "where the user has walked to before";
+    take("OnlyModifiers");
+    EXPECT_EQ(toggle(3), 9) << "the list can't be used";
+}
+
+TEST_F(StandardDialogTest, KeepsItsSizeAndCutsNoExplanation)
+{
+    const auto usualFont =
+        qScopeGuard([font = QApplication::font()] { QApplication::setFont(font); });
+    plugInAndWait();
+    load(0, SIMPLE_KEY_OUTPUT, {0, 4});
+    for (const int size : {8, 13, 18}) {
+        QFont font = QApplication::font();
+        font.setPointSize(size);
+        QApplication::setFont(font);
+        open(0);
+        EXPECT_EQ(dialog()->minimumSize(), dialog()->maximumSize());
+        const auto *text = dialog()->findChild<QLabel *>(QStringLiteral("textboxExplanation"));
+        const QSize usual = dialog()->size();
+        for (int key = 1; key < keys()->count(); ++key) {
+            QTest::keyClick(keys(), Qt::Key_Down);
+            EXPECT_LE(text->heightForWidth(text->width()), text->height()) << key;
+        }
+        EXPECT_EQ(dialog()->size(), usual);
+        dialog()->reject();
+    }
 }
 
 TEST_F(StandardDialogTest, EveryChoiceSurvivesTheRoundThroughTheUnit)

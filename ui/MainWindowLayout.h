@@ -35,6 +35,8 @@ struct MainWindowLayout
 };
 
 constexpr int BlankWindowWidth = 680;
+/// From the window's edges to the explanation and the annotation.
+constexpr int Margin = 15;
 
 /// Rows that change places with the number of pedals. Rows 3 and 4 stay where the form has them.
 constexpr std::size_t MovableRows = 3;

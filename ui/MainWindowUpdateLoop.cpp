@@ -9,6 +9,7 @@
 #include "ScreenText.h"
 #include "ui_MainWindowViewController.h"
 
+#include <QPointer>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -140,6 +141,7 @@ void MainWindowViewController::readUnit(bool MessageOn)
     const QScopedValueRollback<bool> reading(m_isReading, true);
     Run run(*this);
     m_readAgain = false;
+    const QPointer<QWidget> focus = focusWidget();
     InitializeControls();
     if (DeviceDetected) {
         m_ui->labelMainWindowExplanation->setText(toScreenText(SettingsExplanation));
@@ -148,6 +150,7 @@ void MainWindowViewController::readUnit(bool MessageOn)
         if (!isRead && !run.mustStop()) {
             InitializeControls();
         }
+        restoreFocus(focus);
     }
     endRun(run, !MessageOn);
 }

@@ -1,33 +1,53 @@
 #include "MainWindowViewController.h"
 
 #include "AdvancedSettingDialogViewController.h"
+#include "LabelHeight.h"
 #include "MainWindowLayout.h"
 #include "PedalDescription.h"
+#include "PedalTextBox.h"
 #include "ScreenText.h"
 #include "SettingDialogViewController.h"
 #include "ui_MainWindowViewController.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QFocusFrame>
 #include <QFontInfo>
 #include <QKeyEvent>
-#include <QPlainTextEdit>
 #include <QVariantAnimation>
 
 #include <algorithm>
+#include <limits>
+#include <span>
+#include <vector>
 
 namespace kavelo {
 namespace {
 
-/// Sets a button's title, in a smaller font where the desktop's font would not let it fit.
-void setFittingText(QPushButton &button, QStringView text)
+// From one of the window's parts to the one below it.
+constexpr int Gap = 8;
+constexpr int NameGap = 4;
+constexpr int ButtonHeight = 30;
+/// At most; the text boxes end below a whole line.
+constexpr int ContentsHeight = 196;
+
+const auto Annotation = QStringLiteral("Please use the Windows application for advanced settings.");
+
+/// Gives controls one font: the desktop's, or a smaller one where a text needs it to fit.
+void fitFont(std::span<QWidget *const> controls)
 {
-    button.setFont(QFont());
-    button.setText(text.toString());
-    QFont font = button.font();
-    for (qreal size = QFontInfo(font).pointSizeF();
-         button.sizeHint().width() > button.width() && size > 1; size *= 0.97) {
-        font.setPointSizeF(size);
-        button.setFont(font);
+    QFont font;
+    qreal size = QFontInfo(font).pointSizeF();
+    for (QWidget *control : controls) {
+        control->setFont(font);
+        while (control->sizeHint().width() > control->width() && size > 1) {
+            size *= 0.97;
+            font.setPointSizeF(size);
+            control->setFont(font);
+        }
+    }
+    for (QWidget *control : controls) {
+        control->setFont(font);
     }
 }
 
@@ -68,7 +88,12 @@ void MainWindowViewController::viewDidLoad()
         connect(m_rows.at(row).advanced, &QPushButton::clicked, this,
                 &Self::SetPedal2Advanced_clicked);
     }
-    fitExplanation();
+    // Around a text box that has the focus. Of itself only its caret would tell.
+    auto *frame = new QFocusFrame(this);
+    connect(qApp, &QApplication::focusChanged, frame, [=](QWidget * /*old*/, QWidget *now) {
+        frame->setWidget(qobject_cast<PedalTextBox *>(now));
+    });
+    stackControls();
     connect(&m_timer, &QTimer::timeout, this, &MainWindowViewController::UpdateAppWindow);
     m_timer.start(TickPeriod);
 }
@@ -118,8 +143,7 @@ MenuItems MainWindowViewController::menuItems() const
 void MainWindowViewController::InitializeControls()
 {
     m_ui->labelMainWindowExplanation->setText(toScreenText(ConnectExplanation));
-    m_ui->label_Annotation->setText(
-        QStringLiteral("Please use the Windows application for advanced settings."));
+    m_ui->label_Annotation->setText(Annotation);
     m_ui->InitialStateToolStripMenuItem->setText(QStringLiteral("Restore to Initial Settings"));
     m_ui->ExitToolStripMenuItem->setText(QStringLiteral("Quit Kavelo"));
     m_ui->QuickStartGuideToolStripMenuItem->setText(QStringLiteral("Quick Start Guide"));
@@ -134,17 +158,43 @@ void MainWindowViewController::disableRows()
         row.name->setEnabled(false);
         row.contents->hide();
         row.contents->clear();
+        row.standard->setShortcut({});
+        row.standard->setToolTip({});
         row.advanced->setEnabled(false);
     }
     enableCommands();
 }
 
+/// Lights the row of a pedal that has been read. Alt+1 stands for the first pedal from the left.
 void MainWindowViewController::enableRow(std::size_t row)
 {
-    m_rows.at(row).name->setEnabled(true);
-    m_rows.at(row).contents->show();
-    m_rows.at(row).advanced->setEnabled(false);
+    const PedalRow &controls = m_rows.at(row);
+    const auto isNotRightOf = [&](const PedalRow &other) {
+        return other.standard->x() <= controls.standard->x();
+    };
+    const auto place = std::count_if(m_rows.begin(), m_rows.begin() + NumberOfPedals, isNotRightOf);
+    const QKeySequence keys(QStringLiteral("Alt+%1").arg(place));
+    controls.standard->setShortcut(keys);
+    controls.standard->setToolTip(
+        QStringLiteral("Shortcut: %1").arg(keys.toString(QKeySequence::NativeText)));
+    controls.name->setEnabled(true);
+    controls.contents->show();
+    controls.advanced->setEnabled(false);
     enableCommands();
+}
+
+/// Puts the focus back to where it was before a read has disabled it, or else on the first pedal
+/// from the left.
+void MainWindowViewController::restoreFocus(QWidget *before)
+{
+    if (before != nullptr && before != this && before->isEnabled() && before->isVisible()) {
+        before->setFocus();
+        return;
+    }
+    const auto left = [](const PedalRow &row) {
+        return row.standard->isEnabled() ? row.standard->x() : std::numeric_limits<int>::max();
+    };
+    std::ranges::min_element(m_rows, {}, left)->standard->setFocus();
 }
 
 /// Enables what can be used now: the restore item, the Standard buttons, the open dialog. What has
@@ -198,41 +248,48 @@ QWidgetList MainWindowViewController::windows()
 void MainWindowViewController::setWindowWidth(int width)
 {
     setFixedWidth(width);
-    fitExplanation();
+    stackControls();
 }
 
-/// Makes the explanation as wide as the window, and as high as the longer text needs it in the
-/// narrowest one: so only the desktop's font, never a text or a layout, moves what is below and the
-/// window's lower edge.
-void MainWindowViewController::fitExplanation()
+/// Puts the window's parts below each other, each as high as the desktop's font needs it. Texts get
+/// the room that the longest one needs in the narrowest window: so only the font, never a text or
+/// a layout, moves what is below and the window's lower edge.
+void MainWindowViewController::stackControls()
 {
-    QLabel *const label = m_ui->labelMainWindowExplanation;
-    const int margin = label->x();
-    const QRect narrowest(0, 0, BlankWindowWidth - 2 * margin, 0);
-    int height = label->minimumHeight();
-    for (const QStringView text : {ConnectExplanation, SettingsExplanation}) {
-        const QRect needed =
-            label->fontMetrics().boundingRect(narrowest, Qt::TextWordWrap, toScreenText(text));
-        height = std::max(height, needed.height());
+    const auto stack = [](QWidget *control, int top, int height) {
+        control->setGeometry(control->x(), top, control->width(), height);
+        return top + height;
+    };
+    QLabel *const explanation = m_ui->labelMainWindowExplanation;
+    QLabel *const annotation = m_ui->label_Annotation;
+    for (QLabel *text : {explanation, annotation}) {
+        text->resize(width() - 2 * Margin, text->height());
     }
-    const int lower = height - label->height();
-    label->resize(width() - 2 * margin, height);
-    for (auto *control :
-         centralWidget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
-        if (control != label) {
-            control->move(control->x(), control->y() + lower);
-        }
+    constexpr int Narrowest = BlankWindowWidth - 2 * Margin;
+    const QStringList texts{toScreenText(ConnectExplanation), toScreenText(SettingsExplanation)};
+    const int names = Gap + stack(explanation, Gap, heightForTexts(*explanation, Narrowest, texts));
+    int bottom = 0;
+    for (const PedalRow &row : m_rows) {
+        const int contents = NameGap + stack(row.name, names, fontMetrics().height());
+        stack(row.contents, contents, row.contents->heightOfWholeLines(ContentsHeight));
+        const int standard = contents + ContentsHeight + Gap;
+        const int advanced = Gap + stack(row.standard, standard, ButtonHeight);
+        bottom = stack(row.advanced, advanced, ButtonHeight);
     }
-    centralWidget()->setMinimumHeight(centralWidget()->minimumHeight() + lower);
-    setFixedHeight(menuBar()->sizeHint().height() + centralWidget()->minimumHeight());
+    bottom = stack(annotation, bottom + Gap, heightForTexts(*annotation, Narrowest, {Annotation}));
+    setFixedHeight(menuBar()->sizeHint().height() + bottom + Gap);
 }
 
 void MainWindowViewController::applyLayout(const MainWindowLayout &layout)
 {
     setWindowWidth(layout.width);
+    std::vector<QWidget *> names;
+    std::vector<QWidget *> buttons;
     for (int i = 0; i < MaxPedals; ++i) {
         const auto row = static_cast<std::size_t>(i);
         const PedalRow &controls = m_rows.at(row);
+        names.push_back(controls.name);
+        buttons.insert(buttons.end(), {controls.standard, controls.advanced});
         if (row < MovableRows) {
             const int left = layout.shift + RowLeft.at(row);
             controls.name->move(left, controls.name->y());
@@ -247,10 +304,13 @@ void MainWindowViewController::applyLayout(const MainWindowLayout &layout)
         if (row < layout.captions.size()) {
             const PedalCaptions &captions = layout.captions[row];
             controls.name->setText(captions.name.toString());
-            setFittingText(*controls.standard, captions.standardTitle);
-            setFittingText(*controls.advanced, captions.advancedTitle);
+            controls.standard->setText(captions.standardTitle.toString());
+            controls.advanced->setText(captions.advancedTitle.toString());
         }
     }
+    fitFont(names);
+    fitFont(buttons);
+    m_ui->centralwidget->tellOfChange();
 }
 
 void MainWindowViewController::testchangewidth()

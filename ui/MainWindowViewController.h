@@ -12,7 +12,6 @@
 #include <vector>
 
 class QLabel;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace kavelo {
@@ -23,6 +22,7 @@ class MainWindowViewController;
 
 struct MainWindowLayout;
 struct PedalCaptions;
+class PedalTextBox;
 
 /// A restore of the factory settings has been asked for. Set by the menu, cleared by the main
 /// window when it asks whether to restore.
@@ -89,7 +89,7 @@ private:
     struct PedalRow
     {
         QLabel *name;
-        QPlainTextEdit *contents;
+        PedalTextBox *contents;
         QPushButton *standard;
         QPushButton *advanced;
     };
@@ -103,10 +103,11 @@ private:
     void viewDidAppear();
 
     void setWindowWidth(int width);
-    void fitExplanation();
+    void stackControls();
     void applyLayout(const MainWindowLayout &layout);
     void disableRows();
     void enableRow(std::size_t row);
+    void restoreFocus(QWidget *before);
     void enableCommands();
 
     [[nodiscard]] Task nextTask() const;

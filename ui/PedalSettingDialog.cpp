@@ -1,9 +1,12 @@
 #include "PedalSettingDialog.h"
 
+#include "ItemChoice.h"
 #include "MainWindowViewController.h"
 
 #include <QButtonGroup>
+#include <QComboBox>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QPointer>
 
 namespace kavelo {
@@ -41,6 +44,10 @@ void PedalSettingDialog::present()
     viewDidLoad();
     if (self && !m_dismissed) {
         setTabStops(*this);
+        for (QComboBox *box : findChildren<QComboBox *>()) {
+            new ItemChoice(*box);
+        }
+        layout()->setSizeConstraint(QLayout::SetFixedSize);
         open();
     }
 }

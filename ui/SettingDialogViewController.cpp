@@ -1,6 +1,7 @@
 #include "SettingDialogViewController.h"
 
 #include "Alert.h"
+#include "LabelHeight.h"
 #include "Log.h"
 #include "MainWindowViewController.h"
 #include "PedalSetting.h"
@@ -140,13 +141,18 @@ void SettingDialogViewController::setFixedTexts()
 void SettingDialogViewController::fillKeyList()
 {
     std::size_t listRow = 0;
+    QStringList explanations;
     for (int usage = 0; usage <= Max_UsageID; ++usage) {
         if (isStandardKey(usage)) {
             m_ui->listboxKeys->addItem(GetKeyName(usage));
+            explanations << GetKeyExplanation(usage);
             IndexToUsageID.at(listRow++) = usage;
         }
     }
     m_ui->listboxKeys->setCurrentIndex(-1); // the first insertion has selected a row
+    QLabel *const explanation = m_ui->textboxExplanation;
+    explanation->setMinimumHeight(
+        heightForTexts(*explanation, explanation->minimumWidth(), explanations));
 }
 
 void SettingDialogViewController::loadKeyboardSetting()

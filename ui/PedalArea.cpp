@@ -1,0 +1,65 @@
+#include "PedalArea.h"
+
+#include <QAccessibleWidget>
+#include <QFocusFrame>
+#include <QLabel>
+
+namespace kavelo {
+namespace {
+
+/// What assistive technology sees of the area.
+class AccessiblePedalArea : public QAccessibleWidget
+{
+public:
+    explicit AccessiblePedalArea(PedalArea *area)
+        : QAccessibleWidget(area, QAccessible::Client)
+    {
+    }
+
+    int childCount() const override { return static_cast<int>(controls().size()); }
+    QAccessibleInterface *child(int index) const override
+    {
+        return QAccessible::queryAccessibleInterface(controls().value(index));
+    }
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        return static_cast<int>(controls().indexOf(child->object()));
+    }
+
+private:
+    /// The controls that can be seen, and the hidden ones, which say so themselves.
+    [[nodiscard]] QWidgetList controls() const
+    {
+        auto found = widget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+        found.removeIf([this](QWidget *control) {
+            const auto *label = qobject_cast<QLabel *>(control);
+            const QWidget *seen = widget()->childAt(control->geometry().center());
+            return (label != nullptr && label->text().isEmpty()) ||
+                   qobject_cast<QFocusFrame *>(control) != nullptr ||
+                   (control->isVisible() && control != seen && !control->isAncestorOf(seen));
+        });
+        return found;
+    }
+};
+
+QAccessibleInterface *accessiblePedalArea(const QString & /*className*/, QObject *object)
+{
+    auto *area = qobject_cast<PedalArea *>(object);
+    return area == nullptr ? nullptr : new AccessiblePedalArea(area);
+}
+
+} // namespace
+
+PedalArea::PedalArea(QWidget *parent)
+    : QWidget(parent)
+{
+    QAccessible::installFactory(&accessiblePedalArea);
+}
+
+void PedalArea::tellOfChange()
+{
+    QAccessibleEvent event(this, QAccessible::ObjectReorder);
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace kavelo
