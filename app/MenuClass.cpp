@@ -4,6 +4,8 @@
 #include "MainWindowViewController.h"
 #include "Version.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QKeySequence>
 
 #include <cstdlib>
@@ -23,6 +25,18 @@ MenuClass::MenuClass(MenuItems items)
     connect(m_items.VersionInformationToolStripMenuItem, &QAction::triggered, this,
             &MenuClass::VersionInformationToolStripMenuItem_Click);
     m_items.ExitToolStripMenuItem->setShortcuts(QKeySequence::Quit);
+    qApp->installEventFilter(this);
+}
+
+bool MenuClass::eventFilter(QObject * /*watched*/, QEvent *event)
+{
+    // The item's shortcut, also in the dialogs and boxes, where a main window's shortcuts are dead.
+    if (event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent *>(event)->matches(QKeySequence::Quit)) {
+        m_items.ExitToolStripMenuItem->trigger();
+        return true;
+    }
+    return false;
 }
 
 void MenuClass::InitialStateToolStripMenuItem_Click()
@@ -37,16 +51,16 @@ void MenuClass::ExitToolStripMenuItem_Click()
 
 void MenuClass::QuickStartGuideToolStripMenuItem_Click()
 {
-    alertBox(QStringLiteral("You can download the Quick Start Guide from the following.\r\n"
-                            "https://www.marvode.example/kavelo/quick-start"));
+    openNotice(QStringLiteral("You can download the Quick Start Guide from the following.\r\n"
+                              "https://www.marvode.example/kavelo/quick-start"));
 }
 
 void MenuClass::VersionInformationToolStripMenuItem_Click()
 {
-    alertBox(QStringLiteral("Mac App for Marvode Kavelo QX7\r\nVersion: %1.%2.%3")
-                 .arg(Win_Major)
-                 .arg(Win_Minor)
-                 .arg(Win_Revision));
+    openNotice(QStringLiteral("Mac App for Marvode Kavelo QX7\r\nVersion: %1.%2.%3")
+                   .arg(Win_Major)
+                   .arg(Win_Minor)
+                   .arg(Win_Revision));
 }
 
 } // namespace kavelo

@@ -24,6 +24,8 @@ public:
     /// Tells the program's name and version.
     void VersionInformationToolStripMenuItem_Click();
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     MenuItems m_items;
 };

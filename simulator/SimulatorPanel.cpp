@@ -73,7 +73,7 @@ void SimulatorPanel::showUnit()
 
 void SimulatorPanel::connectControls()
 {
-    connect(m_ui->pluggedIn, &QCheckBox::clicked, this, &SimulatorPanel::plug);
+    connect(m_ui->pluggedIn, &QCheckBox::toggled, this, &SimulatorPanel::plug);
     connect(m_ui->replug, &QPushButton::clicked, this, &SimulatorPanel::replug);
     connect(m_ui->factorySettings, &QPushButton::clicked, &m_unit, &SimulatedUnit::factorySettings);
     connect(&m_unit, &SimulatedUnit::poweredChanged, this, &SimulatorPanel::showPlugged);
@@ -127,9 +127,9 @@ void SimulatorPanel::showPlugged(bool pluggedIn)
 
 void SimulatorPanel::plug(bool in)
 {
-    if (in) {
+    if (in && !m_unit.isPowered()) {
         bus::plugIn(m_unit);
-    } else {
+    } else if (!in && m_unit.isPowered()) {
         bus::unplug(m_unit);
     }
 }

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QPalette>
 #include <QScreen>
+#include <QTest>
 #include <QTimer>
 #include <QVersionNumber>
 
@@ -93,21 +94,37 @@ void setPalette(const QString &name)
     }
 }
 
-/// Below the utility's window where there is room, so that neither covers the other.
-void placeBelow(QWidget &panel, const QWidget &window)
+/// Puts the panel below the utility's window where the screen has room for both, so that neither
+/// covers the other.
+void placeBelow(QWidget &panel, QWidget &window)
 {
+    // Until then a window manager may still put the window somewhere.
+    static_cast<void>(QTest::qWaitForWindowExposed(&window));
     const QRect frame = window.frameGeometry();
-    if (frame.bottom() + panel.height() <= window.screen()->availableGeometry().bottom()) {
-        panel.move(frame.bottomLeft());
+    const QRect screen = window.screen()->availableGeometry();
+    const int panelHeight = panel.height() + frame.height() - window.height();
+    const int spare = screen.height() - frame.height() - panelHeight;
+    if (spare >= 0) {
+        window.move(frame.left(), screen.top() + spare / 2);
+        panel.move(frame.left(), window.y() + frame.height());
+    }
+}
+
+/// Prints the help and ends the program if it is asked to: that needs no display.
+void answerHelp(QCommandLineParser &parser, const QCommandLineOption &help, int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    parser.parse(QCoreApplication::arguments());
+    if (parser.isSet(help)) {
+        parser.showHelp();
     }
 }
 
 /// Does what the main window's Advanced buttons, which are never enabled, would do.
 void openAdvancedDialog(kavelo::MainWindowViewController &window, int pedal, bool settingEnabled)
 {
-    if (QWidget *open = QApplication::activeModalWidget()) {
-        open->activateWindow(); // one at a time, as in the utility
-        return;
+    if (QApplication::activeModalWidget() != nullptr || window.raiseDialog()) {
+        return; // one at a time, as in the utility
     }
     kavelo::SelectedPedalNo = pedal;
     kavelo::PedalName =
@@ -120,15 +137,16 @@ void openAdvancedDialog(kavelo::MainWindowViewController &window, int pedal, boo
 
 int main(int argc, char *argv[])
 {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("kavelo-demo"));
-    QApplication::setWindowIcon(kavelo::applicationIcon());
+    QCoreApplication::setApplicationName(QStringLiteral("kavelo-demo"));
     const Options options;
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("The Kavelo utility on a simulated unit."));
-    parser.addHelpOption();
+    const QCommandLineOption help = parser.addHelpOption();
     parser.addOptions({options.pedals, options.firmware, options.delay, options.unplugged,
                        options.palette, options.tour});
+    answerHelp(parser, help, argc, argv);
+    QApplication application(argc, argv);
+    QApplication::setWindowIcon(kavelo::applicationIcon());
     parser.process(application);
     setPalette(parser.value(options.palette));
 

@@ -17,7 +17,7 @@ AdvancedSettingDialogViewController::AdvancedSettingDialogViewController(
     connect(m_ui->tabcontrolPages, &QTabWidget::currentChanged, this,
             &AdvancedSettingDialogViewController::pageChanged);
     connect(m_ui->buttonOK, &QPushButton::clicked, this,
-            &AdvancedSettingDialogViewController::okButtonPressed);
+            &AdvancedSettingDialogViewController::okButtonPressed, Qt::QueuedConnection);
     connect(m_ui->buttonCancel, &QPushButton::clicked, this,
             &AdvancedSettingDialogViewController::dismiss);
 }

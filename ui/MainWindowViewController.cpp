@@ -107,7 +107,7 @@ void MainWindowViewController::keyPressEvent(QKeyEvent *event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     auto *button = qobject_cast<QPushButton *>(focusWidget());
-    if (isReturn && button != nullptr && !event->isAutoRepeat()) {
+    if (isReturn && button != nullptr) {
         button->click(); // of itself a button answers Return in dialogs only
     } else {
         QMainWindow::keyPressEvent(event);
@@ -333,9 +333,20 @@ void MainWindowViewController::WritePedalContents()
 
 // Editing
 
+bool MainWindowViewController::raiseDialog()
+{
+    for (auto *dialog : findChildren<PedalSettingDialog *>()) {
+        if (dialog->isVisible()) {
+            dialog->activateWindow();
+            return true;
+        }
+    }
+    return false;
+}
+
 void MainWindowViewController::openStandardDialog(int pedal)
 {
-    if (isBusy() || StandardSettingDialogOpen) {
+    if (isBusy() || raiseDialog() || StandardSettingDialogOpen) {
         return;
     }
     const PedalRow &row = m_rows.at(static_cast<std::size_t>(pedal));

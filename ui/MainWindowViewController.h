@@ -2,6 +2,7 @@
 
 #include "HID_PnP.h"
 #include "MenuItems.h"
+#include "PressGuard.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -75,6 +76,8 @@ public:
     void buttonSetPedal3Standard_Clicked() { openStandardDialog(3); }
     void buttonSetPedal4Standard_Clicked() { openStandardDialog(4); }
 
+    /// Brings an open dialog to the front; returns whether there is one.
+    [[nodiscard]] bool raiseDialog();
     /// Opens the Advanced dialog on the pedal that `SelectedPedalNo` and `PedalName` name. Its
     /// pages write only while `SettingEnabled` is true.
     void SetPedal2Advanced_clicked();
@@ -130,6 +133,7 @@ private:
     void tellOutcomeOfRestore(bool isRestored);
 
     std::unique_ptr<Ui::MainWindowViewController> m_ui;
+    PressGuard m_pressGuard;
     std::array<PedalRow, MaxPedals> m_rows;
     QTimer m_timer{this};
     /// The unit that the setting arrays and the number of pedals are about; null when none is.

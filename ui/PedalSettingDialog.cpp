@@ -5,7 +5,6 @@
 
 #include <QButtonGroup>
 #include <QComboBox>
-#include <QKeyEvent>
 #include <QLayout>
 #include <QPointer>
 
@@ -48,7 +47,7 @@ void PedalSettingDialog::present()
             new ItemChoice(*box);
         }
         layout()->setSizeConstraint(QLayout::SetFixedSize);
-        open();
+        appear();
     }
 }
 
@@ -56,15 +55,6 @@ void PedalSettingDialog::reject()
 {
     if (isEnabled()) {
         QDialog::reject();
-    }
-}
-
-void PedalSettingDialog::keyPressEvent(QKeyEvent *event)
-{
-    // The key that has opened the dialog or answered its question may be held down for long. It
-    // neither writes nor closes anything here.
-    if (!event->isAutoRepeat()) {
-        QDialog::keyPressEvent(event);
     }
 }
 

@@ -24,8 +24,8 @@ public:
     explicit PedalSettingDialog(MainWindowViewController &presenter);
     ~PedalSettingDialog() override;
 
-    /// Loads the dialog and opens it over the main window without blocking. Loading may ask or wait
-    /// for something; the dialog may be gone at the end.
+    /// Loads the dialog and opens it over the main window without blocking. Loading may wait for
+    /// the unit; the dialog may be gone at the end.
     void present();
 
     /// The one way out, whatever closes the dialog.
@@ -34,14 +34,16 @@ public:
     void reject() override;
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
-
     virtual void viewDidLoad() = 0;
+    /// Opens the loaded dialog without blocking. The main window can be closed and quit all the
+    /// same, so the dialog is not modal; no second one opens beside it.
+    virtual void appear() { show(); }
     virtual void viewWillDisappear() {}
     /// Whether the program closes the dialog, not its user.
     [[nodiscard]] virtual bool isTakenDown() const { return false; }
 
     void dismiss() { done(Rejected); }
+    [[nodiscard]] bool isDismissed() const { return m_dismissed; }
     /// Has `buildRecord` put the setting into the dialog's row of the arrays, sends it and
     /// dismisses the dialog, whatever came of it. Waits for the unit. Nothing is built and sent
     /// while something else is sent; the dialog then stays open. Nor when the unit is another one

@@ -1,14 +1,11 @@
 #include "SettingDialogViewController.h"
 
-#include "Alert.h"
 #include "LabelHeight.h"
 #include "Log.h"
 #include "MainWindowViewController.h"
 #include "PedalSetting.h"
 #include "Protocol.h"
 #include "ui_SettingDialogViewController.h"
-
-#include <QPointer>
 
 #include <algorithm>
 
@@ -94,7 +91,7 @@ void SettingDialogViewController::connectActions()
         connectChoice(button, this, action);
     }
     connect(m_ui->buttonProgramKavelo, &QPushButton::clicked, this,
-            &Self::buttonProgramKavelo_Click);
+            &Self::buttonProgramKavelo_Click, Qt::QueuedConnection);
     connect(m_ui->buttonCancel, &QPushButton::clicked, this, &Self::cancelButtonPressed);
     connect(m_ui->listboxKeys, &QComboBox::activated, this,
             &Self::listboxKeys_SelectedIndexChanged);
@@ -115,9 +112,6 @@ void SettingDialogViewController::viewDidLoad()
     loadMouseSetting();
     Change_buttonProgramKavelo_Enabled();
     connectActions(); // only now: what loading sets causes no actions
-    if (!WithinStandard) {
-        askAboutSettingBeyondStandard();
-    }
 }
 
 void SettingDialogViewController::setFixedTexts()
@@ -215,26 +209,33 @@ void SettingDialogViewController::loadMouseSetting()
     }
 }
 
-void SettingDialogViewController::askAboutSettingBeyondStandard()
+void SettingDialogViewController::appear()
 {
-    const QPointer<SettingDialogViewController> self = this;
-    const int editedPedal = pedal();
-    // The box belongs to the main window: this dialog is not on screen yet.
-    const Answer answer = askQuestion(BeyondStandardQuestion, &presenter());
+    if (WithinStandard) {
+        PedalSettingDialog::appear();
+    } else {
+        // The box belongs to the main window: this dialog is not on screen yet.
+        openQuestion(BeyondStandardQuestion, &presenter(), this,
+                     [this](Answer answer) { takeAnswer(answer); });
+    }
+}
+
+/// Goes on after the question about a setting beyond the Standard.
+void SettingDialogViewController::takeAnswer(Answer answer)
+{
     if (answer == Answer::Ok) {
         logLine(QStringLiteral("Settings in Pedal %1 is out of the Standard, but the user selected "
                                "settings by the Standard.")
-                    .arg(editedPedal));
+                    .arg(pedal()));
     } else if (answer == Answer::Cancel) {
         logLine(QStringLiteral("Settings in Pedal %1 is out of the Standard, and the user selected "
                                "canceling.")
-                    .arg(editedPedal));
-        if (self) {
-            dismiss();
-        }
+                    .arg(pedal()));
+        dismiss();
     }
-    if (self) {
-        UpdateAppWindow2(); // the unit may have gone meanwhile
+    UpdateAppWindow2(); // the unit may have gone meanwhile
+    if (!isDismissed()) {
+        PedalSettingDialog::appear();
     }
 }
 

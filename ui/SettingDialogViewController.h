@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Alert.h"
 #include "KeyUsage.h"
 #include "PedalSettingDialog.h"
 
@@ -40,6 +41,7 @@ public:
 
 private:
     void viewDidLoad() override;
+    void appear() override;
     void viewWillDisappear() override;
     [[nodiscard]] bool isTakenDown() const override { return timer2state; }
     void UpdateAppWindow2();
@@ -50,7 +52,7 @@ private:
     void loadKeyboardSetting();
     void loadModifiers(std::uint8_t modifiers, std::uint8_t usage);
     void loadMouseSetting();
-    void askAboutSettingBeyondStandard();
+    void takeAnswer(Answer answer);
 
     void radiobuttonNoModifiersClicked() { modifierChoiceChanged(); }
     void radiobuttonWithModifiersClicked() { modifierChoiceChanged(); }

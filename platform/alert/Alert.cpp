@@ -6,10 +6,15 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QGridLayout>
+#include <QLabel>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
+
+#include <algorithm>
+#include <utility>
 
 namespace kavelo {
 namespace {
@@ -23,9 +28,10 @@ class Box : public QMessageBox
     static constexpr int MinimumWidth = 420;
 
 public:
-    Box(const QString &title, const QString &message, QWidget *parent)
-        : QMessageBox(QMessageBox::Information, QStringLiteral("Kavelo"), title,
-                      QMessageBox::NoButton, parent)
+    /// `returnButton` is the one that Return and Enter press, wherever the focus is.
+    Box(const QString &title, const QString &message, QWidget *parent, StandardButtons buttons,
+        StandardButton returnButton)
+        : QMessageBox(QMessageBox::Information, QStringLiteral("Kavelo"), title, buttons, parent)
     {
         setInformativeText(toScreenText(message));
         // Left to itself, the informative text is wrapped after a few words.
@@ -33,16 +39,16 @@ public:
             grid->addItem(new QSpacerItem(MinimumWidth, 0), grid->rowCount(), 0, 1,
                           grid->columnCount());
         }
-    }
-
-    /// The button that Return and Enter press, wherever the focus is.
-    void setReturnButton(StandardButton standardButton)
-    {
-        setDefaultButton(standardButton);
+        if (auto *label = findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
+            label->setVisible(!title.isEmpty()); // without a title no line is left free for it
+        }
+        for (auto *button : findChildren<QPushButton *>()) {
+            button->setAutoDefault(false); // the default look stays where the focus moves on
+            button->setIcon({});           // the style's one for "OK" is a Return key
+        }
+        setDefaultButton(returnButton);
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
-            auto *shortcut = new QShortcut(key, this);
-            shortcut->setAutoRepeat(false); // nothing is answered by the key that led here
-            connect(shortcut, &QShortcut::activated, button(standardButton),
+            connect(new QShortcut(key, this), &QShortcut::activated, button(returnButton),
                     &QAbstractButton::click);
         }
     }
@@ -55,12 +61,46 @@ protected:
     }
 };
 
+/// The window that the user is working in, or else the main window: without a parent a box may come
+/// anywhere on the screen.
+QWidget *windowInUse()
+{
+    QWidget *window = QApplication::activeWindow();
+    while (window != nullptr && !window->isVisible()) { // one that has been closed may be active
+        window = window->parentWidget();
+    }
+    if (window != nullptr) {
+        return window;
+    }
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto main = std::ranges::find_if(windows, [](const QWidget *other) {
+        return other->isVisible() && qobject_cast<const QMainWindow *>(other) != nullptr;
+    });
+    return main == windows.end() ? nullptr : *main;
+}
+
+class Notice : public Box
+{
+    Q_OBJECT
+
+public:
+    explicit Notice(const QString &message)
+        : Box({}, message, windowInUse(), QMessageBox::Ok, QMessageBox::Ok)
+    {
+    }
+};
+
 class QuestionBox : public Box
 {
     Q_OBJECT
 
 public:
-    using Box::Box;
+    QuestionBox(const QString &message, QWidget *parent)
+        : Box(QStringLiteral("Marvode Kavelo"), message, parent,
+              QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel)
+    {
+        setEscapeButton(QMessageBox::Ok);
+    }
 };
 
 /// Shows the box until it is closed or goes away with its parent; returns the button's code, or
@@ -72,53 +112,71 @@ int runBox(const QPointer<Box> &box)
     return response;
 }
 
-/// The window that the user is working in. One that has been closed may still be the active one.
-QWidget *windowInUse()
+void logNotice(int response)
 {
-    QWidget *window = QApplication::activeWindow();
-    while (window != nullptr && !window->isVisible()) {
-        window = window->parentWidget();
+    logLine(response == QMessageBox::Ok ? QStringLiteral("alert_OK_pushed")
+                                        : QStringLiteral("others:%1").arg(response));
+}
+
+Answer toAnswer(int response)
+{
+    switch (response) {
+    case QMessageBox::Ok:
+        return Answer::Ok;
+    case QMessageBox::Cancel:
+        return Answer::Cancel;
+    default:
+        return Answer::None;
     }
-    return window;
+}
+
+void logResponse(int response)
+{
+    if (toAnswer(response) == Answer::None) {
+        logLine(QStringLiteral("others:%1").arg(response));
+    }
 }
 
 } // namespace
 
 void alertBox(const QString &Message)
 {
-    auto *box = new Box({}, Message, windowInUse());
-    box->setStandardButtons(QMessageBox::Ok);
-    box->setReturnButton(QMessageBox::Ok);
-    const int response = runBox(box);
-    logLine(response == QMessageBox::Ok ? QStringLiteral("alert_OK_pushed")
-                                        : QStringLiteral("others:%1").arg(response));
+    logNotice(runBox(new Notice(Message)));
+}
+
+void openNotice(const QString &message)
+{
+    auto *notice = new Notice(message);
+    QObject::connect(notice, &QDialog::finished, &logNotice);
+    QObject::connect(notice, &QDialog::finished, notice, &QObject::deleteLater);
+    notice->open();
 }
 
 Answer askQuestion(const QString &message, QWidget *parent)
 {
-    auto *box = new QuestionBox(QStringLiteral("Marvode Kavelo"), message, parent);
-    box->setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-    box->setReturnButton(QMessageBox::Cancel);
-    box->setEscapeButton(QMessageBox::Ok);
-    for (auto *button : box->findChildren<QPushButton *>()) {
-        button->setAutoDefault(false); // the default look stays with Cancel when the focus moves on
-        button->setIcon({});           // the style's one for "OK" is a Return key
-    }
-    switch (const int response = runBox(box)) {
-    case QMessageBox::Ok:
-        return Answer::Ok;
-    case QMessageBox::Cancel:
-        return Answer::Cancel;
-    default:
-        logLine(QStringLiteral("others:%1").arg(response));
-        return Answer::None;
-    }
+    const int response = runBox(new QuestionBox(message, parent));
+    logResponse(response);
+    return toAnswer(response);
+}
+
+void openQuestion(const QString &message, QWidget *parent, QObject *receiver,
+                  std::function<void(Answer)> takeAnswer)
+{
+    auto *box = new QuestionBox(message, parent);
+    QObject::connect(box, &QDialog::finished, &logResponse);
+    QObject::connect(box, &QDialog::finished, box, &QObject::deleteLater);
+    QObject::connect(
+        box, &QDialog::finished, receiver,
+        [takeAnswer = std::move(takeAnswer)](int response) { takeAnswer(toAnswer(response)); });
+    box->open();
 }
 
 void dismissQuestions(QWidget *parent)
 {
     for (QuestionBox *box : parent->findChildren<QuestionBox *>()) {
-        box->done(QMessageBox::NoButton);
+        if (box->isVisible()) {
+            box->done(QMessageBox::NoButton);
+        }
     }
 }
 

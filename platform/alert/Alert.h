@@ -2,6 +2,9 @@
 
 #include <QString>
 
+#include <functional>
+
+class QObject;
 class QWidget;
 
 namespace kavelo {
@@ -9,6 +12,9 @@ namespace kavelo {
 /// Shows one modal notice with an "OK" button on the Return key and waits until it is closed.
 /// Logs how it was closed on standard output.
 void alertBox(const QString &Message);
+
+/// Shows the same notice without waiting.
+void openNotice(const QString &message);
 
 enum class Answer {
     Ok,     ///< the "OK" button, or Escape
@@ -21,6 +27,11 @@ enum class Answer {
 /// The box belongs to `parent` and goes away with it; the event loop keeps running meanwhile, so
 /// `parent` may be gone when this returns.
 [[nodiscard]] Answer askQuestion(const QString &message, QWidget *parent);
+
+/// Asks in the same way without waiting. `takeAnswer` is called with the answer, as long as
+/// `receiver` is there.
+void openQuestion(const QString &message, QWidget *parent, QObject *receiver,
+                  std::function<void(Answer)> takeAnswer);
 
 /// Takes down the open questions of `parent`; each is then answered None.
 void dismissQuestions(QWidget *parent);
