@@ -8,6 +8,7 @@
 #include "SimulatorPanel.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -57,6 +58,7 @@ Control &pedalControl(QWidget &window, const char *name, int pedal)
 /// Clicks on the left part of the control: a button's mark, or its title.
 void click(QWidget &widget)
 {
+    QTest::qWait(PressesTakenAfter); // the window may only just have come
     QTest::mouseClick(&widget, Qt::LeftButton, {}, {10, widget.height() / 2});
 }
 
@@ -129,8 +131,7 @@ bool Tour::drivePanel()
                      QStringLiteral("Refuse"));
     expectBox(QStringLiteral("notice-sending-error"), Qt::Key_Return);
     click(control<QPushButton>(m_panel, QStringLiteral("replug")));
-    if (!QTest::qWaitFor([this] { return m_boxes.isDone(); }, Patience) ||
-        !waitForPedals(MaxPedals)) {
+    if (!areBoxesAnswered() || !waitForPedals(MaxPedals)) {
         return false;
     }
     picture(m_panel, QStringLiteral("panel"));
@@ -169,7 +170,7 @@ bool Tour::askAboutSettingBeyondStandard()
 {
     expectBox(QStringLiteral("question-beyond-standard"), Qt::Key_Return);
     click(pedalControl<QPushButton>(m_window, "buttonSetPedal%dStandard", PedalBeyondStandard));
-    return m_boxes.isDone() && !StandardSettingDialogOpen;
+    return areBoxesAnswered() && !StandardSettingDialogOpen;
 }
 
 bool Tour::editPedal()
@@ -190,8 +191,9 @@ bool Tour::editPedal()
     picture(*dialog, QStringLiteral("standard-keyboard"));
     expectBox(QStringLiteral("notice-written"), Qt::Key_Return);
     click(control<QPushButton>(*dialog, QStringLiteral("buttonProgramKavelo")));
+    const bool isWritten = areBoxesAnswered() && !StandardSettingDialogOpen;
     printPedals();
-    return m_boxes.isDone() && !StandardSettingDialogOpen;
+    return isWritten;
 }
 
 AdvancedSettingDialogViewController *Tour::openAdvancedDialog(int pedal)
@@ -214,7 +216,7 @@ bool Tour::showAdvancedPages()
     }
     expectBox(QStringLiteral("notice-written-advanced"), Qt::Key_Return);
     click(control<QPushButton>(*dialog, QStringLiteral("buttonOK")));
-    if (!m_boxes.isDone()) {
+    if (!areBoxesAnswered()) {
         return false;
     }
 
@@ -241,6 +243,7 @@ bool Tour::showAdvancedPages()
             picture(*outputs.view()->window(), QStringLiteral("advanced-outputs"));
             outputs.hidePopup();
         }
+        QTest::qWait(PressesTakenAfter);
         QTest::keyClick(dialog, Qt::Key_Escape);
     }
     return true;
@@ -255,7 +258,7 @@ bool Tour::showNotices()
     chooseFromMenu(1);
     expectBox(QStringLiteral("notice-version"), Qt::Key_Return);
     chooseFromMenu(2);
-    return QTest::qWaitFor([this] { return m_boxes.isDone(); }, Patience);
+    return areBoxesAnswered();
 }
 
 bool Tour::restore()
@@ -263,7 +266,7 @@ bool Tour::restore()
     expectBox(QStringLiteral("question-restore"), Qt::Key_Escape);
     expectBox(QStringLiteral("notice-restored"), Qt::Key_Return);
     chooseFromMenu(0);
-    if (!QTest::qWaitFor([this] { return m_boxes.isDone(); }, Patience)) {
+    if (!areBoxesAnswered()) {
         return false;
     }
     printPedals();
@@ -286,6 +289,13 @@ bool Tour::waitForPedals(int pedals)
         return count;
     };
     return QTest::qWaitFor([&] { return !DeviceDetectedChanged && lit() == pedals; }, Patience);
+}
+
+bool Tour::areBoxesAnswered()
+{
+    return QTest::qWaitFor(
+        [this] { return m_boxes.isDone() && QApplication::activeModalWidget() == nullptr; },
+        Patience);
 }
 
 void Tour::printPedals()
@@ -316,7 +326,7 @@ void Tour::expectBox(const QString &pictureName, Qt::Key key)
     m_boxes.reactWith([this, pictureName, key](QMessageBox &box) {
         picture(box, pictureName);
         QTextStream(stdout) << box.informativeText() << "\n\n";
-        QTest::keyClick(&box, key);
+        BoxWatcher::press(box, key);
     });
 }
 

@@ -39,6 +39,8 @@ private:
     [[nodiscard]] bool restore();
 
     [[nodiscard]] bool waitForPedals(int pedals);
+    /// Waits until every expected box has come and gone; false when one does not.
+    [[nodiscard]] bool areBoxesAnswered();
     /// Opens the Advanced dialog from the panel; null when it does not come.
     [[nodiscard]] AdvancedSettingDialogViewController *openAdvancedDialog(int pedal);
     void printPedals();

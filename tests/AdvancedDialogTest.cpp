@@ -27,6 +27,7 @@ protected:
         SettingEnabled = settingEnabled;
         window.SetPedal2Advanced_clicked();
         tabs()->setCurrentIndex(page);
+        settle();
     }
     /// Sets a field's text as a screen reader does.
     static void enterText(QLineEdit *field, const char *text)

@@ -39,7 +39,11 @@ protected:
         EXPECT_EQ(found.size(), 1) << name.toString().toStdString();
         return found.value(0);
     }
-    void click(const char *name) { WindowTest::click(in(name)); }
+    void click(const char *name)
+    {
+        WindowTest::click(in(name));
+        QCoreApplication::sendPostedEvents(); // what writes does so from the event loop
+    }
 
     /// Takes steps with keys or as assistive technology does: "SetNumber NumberOfRepeats=5" presses
     /// a button and sets a number.

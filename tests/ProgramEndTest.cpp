@@ -64,7 +64,7 @@ TEST_F(ProgramEndDeathTest, AUnitOfMajorVersion3IsRefusedInWordsAndTheProgramEnd
             if (box.informativeText() != QStringLiteral("This version is not supported")) {
                 std::exit(4);
             }
-            QTest::keyClick(&box, Qt::Key_Return);
+            BoxWatcher::press(box, Qt::Key_Return);
         });
         bus::plugIn(unit);
         std::exit(waitUntil([&] { return showsUnit(unit); }) ? 5 : 6);

@@ -99,7 +99,9 @@ TEST_F(WaitTest, AWriteCannotBeCancelledAndNamesItsOwnPedal)
 TEST_F(WaitTest, ADialogKeepsItsEditThroughARestore)
 {
     plugInAndWait();
+    settle();
     click(standard(2));
+    settle();
     auto *const choice =
         dialog()->findChild<QRadioButton *>(QStringLiteral("radiobuttonDoubleClick"));
     auto *const writing = dialog()->findChild<QPushButton *>(QStringLiteral("buttonProgramKavelo"));
@@ -108,6 +110,7 @@ TEST_F(WaitTest, ADialogKeepsItsEditThroughARestore)
     const auto tryToWrite = [&] {
         QAccessible::queryAccessibleInterface(writing)->actionInterface()->doAction(
             QAccessibleActionInterface::pressAction());
+        QCoreApplication::processEvents(); // what writes does so from the event loop
         EXPECT_NE(dialog(), nullptr);
         EXPECT_EQ(OutputMode[2], SIMPLE_CLICK);
     };
@@ -127,7 +130,9 @@ TEST_F(WaitTest, ADialogKeepsItsEditThroughARestore)
     EXPECT_TRUE(choice->isChecked());
     EXPECT_EQ(dialog()->focusWidget(), writing);
     boxes.answerWith(Qt::Key_Return);
+    settle();
     click(writing);
+    ASSERT_TRUE(waitUntil([&] { return dialog() == nullptr; }));
     EXPECT_EQ(unit.memory().pedals[2].mode, SIMPLE_DOUBLE_CLICK);
     EXPECT_TRUE(showsUnit(unit));
 }
@@ -137,7 +142,9 @@ TEST_F(WaitTest, AnEditIsNotWrittenToAnotherUnit)
     plugInAndWait();
     SimulatedUnit next;
     const UnitMemory before = next.memory();
+    settle();
     click(standard(2));
+    settle();
     click(dialog()->findChild<QWidget *>(QStringLiteral("radiobuttonDoubleClick")));
     bus::plugIn(next);
     bus::unplug(unit);
@@ -146,6 +153,7 @@ TEST_F(WaitTest, AnEditIsNotWrittenToAnotherUnit)
     }
     ASSERT_TRUE(isConnected && DeviceDetectedChanged);
     click(dialog()->findChild<QWidget *>(QStringLiteral("buttonProgramKavelo")));
+    QCoreApplication::sendPostedEvents();
     EXPECT_EQ(dialog(), nullptr);
     ASSERT_TRUE(waitUntil([&] { return showsUnit(next); }));
     EXPECT_EQ(next.memory(), before);

@@ -125,6 +125,8 @@ protected:
         return shown == dialogs.end() ? nullptr : *shown;
     }
     SettingDialogViewController *dialog() { return shownDialog<SettingDialogViewController>(); }
+    /// Waits until a window that has come or gone no longer keeps presses away.
+    static void settle() { QTest::qWait(PressesTakenAfter); }
     /// Clicks on the left part of the control: a button's mark, or its title.
     static void click(QWidget *widget)
     {
@@ -145,9 +147,12 @@ protected:
     /// Sets a pedal whose setting is a click already to another one, by clicks in the dialog.
     void writeClick(int pedal, const QString &radioButton)
     {
+        settle();
         click(standard(pedal));
+        settle();
         click(dialog()->findChild<QWidget *>(radioButton));
         click(dialog()->findChild<QWidget *>(QStringLiteral("buttonProgramKavelo")));
+        EXPECT_TRUE(waitUntil([&] { return dialog() == nullptr; }));
     }
 
     QAction *restoreItem() { return window.menuItems().InitialStateToolStripMenuItem.get(); }

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 
@@ -16,7 +17,16 @@ BoxWatcher::BoxWatcher()
 
 void BoxWatcher::answerWith(Qt::Key key)
 {
-    reactWith([key](QMessageBox &box) { QTest::keyClick(&box, key); });
+    reactWith([key](QMessageBox &box) { press(box, key); });
+}
+
+void BoxWatcher::press(QMessageBox &box, Qt::Key key)
+{
+    const QPointer<QMessageBox> shown = &box;
+    QTest::qWait(PressesTakenAfter);
+    if (shown && shown->isVisible()) {
+        QTest::keyClick(shown, key);
+    }
 }
 
 void BoxWatcher::reactWith(Reaction reaction)

@@ -9,6 +9,9 @@
 
 namespace kavelo {
 
+/// The time, in ms, after which a window that has come or gone no longer keeps presses away.
+constexpr int PressesTakenAfter = 500;
+
 /// Answers the program's message boxes as a user would, one after the other, and keeps what they
 /// said. Message boxes wait for their answer, so whoever causes one must say beforehand how it is
 /// to be answered. A box that nobody has foreseen is closed by its frame.
@@ -25,6 +28,9 @@ public:
     void answerWith(Qt::Key key);
     /// The next box without a reaction gets this one. It must see to it that the box closes.
     void reactWith(Reaction reaction);
+
+    /// Presses a key as soon as the box takes it, unless the box has gone by then.
+    static void press(QMessageBox &box, Qt::Key key);
 
     /// The messages of all boxes so far, line breaks as "\n".
     [[nodiscard]] const QStringList &messages() const { return m_messages; }

@@ -1,0 +1,136 @@
+#include "PressGuard.h"
+#include "WindowTest.h"
+
+#include <QMessageBox>
+
+#include <tuple>
+
+namespace kavelo {
+namespace {
+
+/// Hands that hold a key for long or press twice, and assistive technology, which does neither.
+class PressTest : public WindowTest
+{
+protected:
+    PressTest()
+    {
+        unit.memory().pedals[0] = {.mode = SIMPLE_CLICK, .record = {1}};
+        plugInAndWait();
+        settle();
+        standard(0)->setFocus();
+    }
+
+    static QWidget *focus()
+    {
+        QWidget *const window = QApplication::activeWindow();
+        return window->focusWidget() != nullptr ? window->focusWidget() : window;
+    }
+    /// A key as X11 reports it that is held down until `time` (ms) has passed: the first repeat
+    /// comes after 660 ms, and the repeats are not marked as such.
+    static void hold(Qt::Key key, int time)
+    {
+        QTest::keyPress(focus(), key);
+        for (int passed = 660; passed < time; passed += 40) {
+            QTest::qWait(passed == 660 ? 660 : 40);
+            QTest::keyRelease(focus(), key);
+            QTest::keyPress(focus(), key);
+        }
+        QTest::keyRelease(focus(), key);
+    }
+    static void doublePress(Qt::Key key)
+    {
+        for (int i = 0; i < 2; ++i) {
+            QTest::keyClick(focus(), key);
+            QTest::qWait(150);
+        }
+    }
+    QMessageBox *box() { return shownDialog<QMessageBox>(); }
+};
+
+TEST_F(PressTest, OnePressOpensAWindowOrAnswersItAndTheNextOneAfterAMomentDoesTheRest)
+{
+    boxes.reactWith([](QMessageBox & /*box*/) {
+        settle();
+        hold(Qt::Key_Return, 1500);
+    });
+    using Press = void (*)();
+    // What is pressed, and whether the dialog is there afterwards.
+    const std::vector<std::tuple<const char *, Press, bool>> presses{
+        {"held", [] { hold(Qt::Key_Return, 2500); }, true},
+        {"Escape held", [] { hold(Qt::Key_Escape, 1500); }, false},
+        {"twice", [] { doublePress(Qt::Key_Return); }, true},
+        {"writes", [] { QTest::keyClick(focus(), Qt::Key_Return); }, false},
+        {"never let go of", [] { QTest::keyPress(focus(), Qt::Key_Return); }, true},
+    };
+    for (const auto &[name, press, opensDialog] : presses) {
+        SCOPED_TRACE(name);
+        press();
+        QTest::qWait(400);
+        ASSERT_EQ(dialog() != nullptr, opensDialog);
+    }
+    EXPECT_EQ(requests.size(), 2U) << "one write";
+    QTest::qWait(int(PressGuard::LongestRepeatDelay.count()));
+    QTest::keyClick(focus(), Qt::Key_Escape);
+    EXPECT_EQ(dialog(), nullptr);
+}
+
+TEST_F(PressTest, ASecondClickIsNoneHoweverLateItIsHandled)
+{
+    quint64 stamp = 100000;
+    const auto press = [&](QWidget *button) {
+        for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            const QPointF at(10, 10);
+            QMouseEvent event(type, at, button->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                              {});
+            event.setTimestamp(stamp);
+            QApplication::sendEvent(button, &event);
+        }
+    };
+    press(standard(0));
+    ASSERT_NE(dialog(), nullptr);
+    auto *const cancel = dialog()->findChild<QPushButton *>(QStringLiteral("buttonCancel"));
+    stamp += 150;
+    press(cancel);
+    EXPECT_NE(dialog(), nullptr) << "the window has only just come";
+    QTest::qWait(2000); // the machine is busy
+    stamp += 150;
+    press(cancel);
+    EXPECT_NE(dialog(), nullptr) << "the press comes late, but was a quick one";
+    QTest::qWait(2000);
+    stamp += 2000;
+    press(cancel);
+    EXPECT_EQ(dialog(), nullptr);
+}
+
+TEST_F(PressTest, AnActionOfAssistiveTechnologyIsTakenAtOnceAndWaitsForNobody)
+{
+    const auto act = [](QObject *control) {
+        QAccessible::queryAccessibleInterface(control)->actionInterface()->doAction(
+            QAccessibleActionInterface::pressAction());
+    };
+    const auto leave = [](QMessageBox & /*box*/) {};
+    OutputMode[0] = POINTER_MOVE;
+    boxes.reactWith(leave);
+    act(standard(0));
+    ASSERT_NE(box(), nullptr) << "the question";
+    EXPECT_EQ(dialog(), nullptr);
+    act(box()->button(QMessageBox::Ok));
+    ASSERT_NE(dialog(), nullptr);
+    dialog()->findChild<QAbstractButton *>(QStringLiteral("radiobuttonRightClick"))->click();
+    boxes.reactWith([&](QMessageBox &success) { act(success.button(QMessageBox::Ok)); });
+    act(dialog()->findChild<QPushButton *>(QStringLiteral("buttonProgramKavelo")));
+    EXPECT_NE(dialog(), nullptr) << "the action waits for the user";
+    ASSERT_TRUE(waitUntil([&] { return dialog() == nullptr; }));
+
+    // A notice that is opened within a read does not keep it up.
+    boxes.reactWith(leave);
+    unit.setReplyDelay(std::chrono::milliseconds(50));
+    when([&] { return Flag_send; },
+         [&] { window.menuItems().VersionInformationToolStripMenuItem->trigger(); });
+    DeviceDetectedChanged = true;
+    ASSERT_TRUE(waitUntil([&] { return box() != nullptr && !Flag_send && showsUnit(unit); }));
+    EXPECT_EQ(printed([&] { act(box()->button(QMessageBox::Ok)); }), "alert_OK_pushed\n");
+}
+
+} // namespace
+} // namespace kavelo
