@@ -20,14 +20,15 @@ protected:
         standard(0)->setFocus();
     }
 
-    static QWidget *focus()
+    QWidget *focus()
     {
-        QWidget *const window = QApplication::activeWindow();
-        return window->focusWidget() != nullptr ? window->focusWidget() : window;
+        QWidget *active = QApplication::activeWindow();
+        active = active == nullptr ? &window : active;
+        return active->focusWidget() != nullptr ? active->focusWidget() : active;
     }
     /// A key as X11 reports it that is held down until `time` (ms) has passed: the first repeat
     /// comes after 660 ms, and the repeats are not marked as such.
-    static void hold(Qt::Key key, int time)
+    void hold(Qt::Key key, int time)
     {
         QTest::keyPress(focus(), key);
         for (int passed = 660; passed < time; passed += 40) {
@@ -37,7 +38,7 @@ protected:
         }
         QTest::keyRelease(focus(), key);
     }
-    static void doublePress(Qt::Key key)
+    void doublePress(Qt::Key key)
     {
         for (int i = 0; i < 2; ++i) {
             QTest::keyClick(focus(), key);
@@ -49,21 +50,22 @@ protected:
 
 TEST_F(PressTest, OnePressOpensAWindowOrAnswersItAndTheNextOneAfterAMomentDoesTheRest)
 {
-    boxes.reactWith([](QMessageBox & /*box*/) {
+    boxes.reactWith([&](QMessageBox & /*box*/) {
         settle();
         hold(Qt::Key_Return, 1500);
     });
-    using Press = void (*)();
+    using Press = std::function<void()>;
     // What is pressed, and whether the dialog is there afterwards.
     const std::vector<std::tuple<const char *, Press, bool>> presses{
-        {"held", [] { hold(Qt::Key_Return, 2500); }, true},
-        {"Escape held", [] { hold(Qt::Key_Escape, 1500); }, false},
-        {"twice", [] { doublePress(Qt::Key_Return); }, true},
-        {"writes", [] { QTest::keyClick(focus(), Qt::Key_Return); }, false},
-        {"never let go of", [] { QTest::keyPress(focus(), Qt::Key_Return); }, true},
+        {"held", [&] { hold(Qt::Key_Return, 2500); }, true},
+        {"Escape held", [&] { hold(Qt::Key_Escape, 1500); }, false},
+        {"twice", [&] { doublePress(Qt::Key_Return); }, true},
+        {"writes", [&] { QTest::keyClick(focus(), Qt::Key_Return); }, false},
+        {"never let go of", [&] { QTest::keyPress(focus(), Qt::Key_Return); }, true},
     };
     for (const auto &[name, press, opensDialog] : presses) {
         SCOPED_TRACE(name);
+        settle();
         press();
         QTest::qWait(400);
         ASSERT_EQ(dialog() != nullptr, opensDialog);
@@ -112,10 +114,10 @@ TEST_F(PressTest, AnActionOfAssistiveTechnologyIsTakenAtOnceAndWaitsForNobody)
     OutputMode[0] = POINTER_MOVE;
     boxes.reactWith(leave);
     act(standard(0));
-    ASSERT_NE(box(), nullptr) << "the question";
+    ASSERT_TRUE(waitUntil([&] { return box() != nullptr; })) << "the question";
     EXPECT_EQ(dialog(), nullptr);
     act(box()->button(QMessageBox::Ok));
-    ASSERT_NE(dialog(), nullptr);
+    ASSERT_TRUE(waitUntil([&] { return dialog() != nullptr; }));
     dialog()->findChild<QAbstractButton *>(QStringLiteral("radiobuttonRightClick"))->click();
     boxes.reactWith([&](QMessageBox &success) { act(success.button(QMessageBox::Ok)); });
     act(dialog()->findChild<QPushButton *>(QStringLiteral("buttonProgramKavelo")));
@@ -129,7 +131,11 @@ TEST_F(PressTest, AnActionOfAssistiveTechnologyIsTakenAtOnceAndWaitsForNobody)
          [&] { window.menuItems().VersionInformationToolStripMenuItem->trigger(); });
     DeviceDetectedChanged = true;
     ASSERT_TRUE(waitUntil([&] { return box() != nullptr && !Flag_send && showsUnit(unit); }));
-    EXPECT_EQ(printed([&] { act(box()->button(QMessageBox::Ok)); }), "alert_OK_pushed\n");
+    EXPECT_EQ(printed([&] {
+                  act(box()->button(QMessageBox::Ok));
+                  EXPECT_TRUE(waitUntil([&] { return box() == nullptr; }));
+              }),
+              "alert_OK_pushed\n");
 }
 
 } // namespace
