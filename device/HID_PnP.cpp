@@ -1,6 +1,6 @@
 #include "HID_PnP.h"
 
-#include "Alert.h"
+#include "AlertBox.h"
 #include "Log.h"
 #include "RunLoop.h"
 

@@ -3,54 +3,57 @@
 namespace kavelo {
 namespace {
 
-// One row a pedal, in the order of the pedals' indices. Which pedal stands where is the unit's own
-// numbering: index 0 is the middle one or the right one of two.
+// One row a pedal, in the order of the pedals' indices: its name, its place in a dialog's heading,
+// and its buttons' titles. Which pedal stands where is the unit's own numbering: index 0 is the
+// middle one or the right one of two.
 // clang-format off
-constexpr std::array<PedalCaptions, MaxPedals> Blank{{
-    {u"Center pedal",    u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
-    {u"Left Pedal",      u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
-    {u"Right Pedal",     u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
-    {u"Left End Pedal",  u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
-    {u"Right End Pedal", u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
-}};
-constexpr std::array<PedalCaptions, 1> One{{
-    {u"Pedal", u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
-}};
-constexpr std::array<PedalCaptions, 2> Two{{
-    {u"Right Pedal", u"Set Right Pedal (Standard)", u"Set Right Pedal (Advanced)"},
-    {u"Left Pedal",  u"Set Left Pedal (Standard)",  u"Set Left Pedal (Advanced)"},
-}};
-constexpr std::array<PedalCaptions, 3> Three{{
-    {u"Center Pedal", u"Set Center Pedal (Standard)", u"Set Center Pedal (Advanced)"},
-    {u"Left Pedal",   u"Set Left Pedal (Standard)",   u"Set Left Pedal (Advanced)"},
-    {u"Right Pedal",  u"Set Right Pedal (Standard)",  u"Set Right Pedal (Advanced)"},
-}};
-constexpr std::array<PedalCaptions, 4> Four{{
-    {u"Right PEdal",     u"Set Right Pedal (Standard)",     u"Set Right Pedal (Advanced)"},
-    {u"Left Pedal",      u"Set Left Pedal (Standard)",      u"Set Left Pedal (Advanced)"},
-    {u"Right End Pedal", u"Set Right End Pedal (Standard)", u"Set Right End Pedal (Advanced)"},
-    {u"Left End Pedal",  u"Set Left End Pedal (Standard)",  u"Set Left End Pedal (Advanced)"},
-}};
-constexpr std::array<PedalCaptions, 5> Five{{
-    {u"Center Pedal",    u"Set Center Pedal (Standard)", u"Set Center Pedal (Advanced)"},
-    {u"Left Pedal",      u"Set Left Pedal (Standard)",   u"Set Left Pedal (Advanced)"},
-    {u"Right Pedal",     u"Set Right Pedal (Standard)",  u"Set Right Pedal (Advanced)"},
-    {u"Left End Pedal",  u"Set Left End Pedal (S.)",     u"Set Left End Pedal (A.)"},
-    {u"Right End Pedal", u"Set Right End Pedal (S.)",    u"Set Right End Pedal (A.)"},
-}};
+constexpr auto Blank = std::to_array<PedalCaptions>({
+    {u"Center pedal",    u"", u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
+    {u"Left Pedal",      u"", u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
+    {u"Right Pedal",     u"", u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
+    {u"Left End Pedal",  u"", u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
+    {u"Right End Pedal", u"", u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
+});
+static_assert(Blank.size() == MaxPedals);
+constexpr auto One = std::to_array<PedalCaptions>({
+    {u"Pedal", u"", u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
+});
+constexpr auto Two = std::to_array<PedalCaptions>({
+    {u"Right Pedal", u"  Right Pedal", u"Set Right Pedal (Standard)", u"Set Right Pedal (Advanced)"},
+    {u"Left Pedal",  u"  Left Pedal",  u"Set Left Pedal (Standard)",  u"Set Left Pedal (Advanced)"},
+});
+constexpr auto Three = std::to_array<PedalCaptions>({
+    {u"Center Pedal", u"  Center Pedal", u"Set Center Pedal (Standard)", u"Set Center Pedal (Advanced)"},
+    {u"Left Pedal",   u"  Left Pedal",   u"Set Left Pedal (Standard)",   u"Set Left Pedal (Advanced)"},
+    {u"Right Pedal",  u"  Right Pedal",  u"Set Right Pedal (Standard)",  u"Set Right Pedal (Advanced)"},
+});
+constexpr auto Four = std::to_array<PedalCaptions>({
+    {u"Right PEdal",     u"  Right Pedal",     u"Set Right Pedal (Standard)",     u"Set Right Pedal (Advanced)"},
+    {u"Left Pedal",      u"  Left Pedal",      u"Set Left Pedal (Standard)",      u"Set Left Pedal (Advanced)"},
+    {u"Right End Pedal", u"  Right end Pedal", u"Set Right End Pedal (Standard)", u"Set Right End Pedal (Advanced)"},
+    {u"Left End Pedal",  u"  Left end Pedal",  u"Set Left End Pedal (Standard)",  u"Set Left End Pedal (Advanced)"},
+});
+constexpr auto Five = std::to_array<PedalCaptions>({
+    {u"Center Pedal",    u"  Center Pedal",    u"Set Center Pedal (Standard)", u"Set Center Pedal (Advanced)"},
+    {u"Left Pedal",      u"  Left Pedal",      u"Set Left Pedal (Standard)",   u"Set Left Pedal (Advanced)"},
+    {u"Right Pedal",     u"  Right Pedal",     u"Set Right Pedal (Standard)",  u"Set Right Pedal (Advanced)"},
+    {u"Left End Pedal",  u"  Left end Pedal",  u"Set Left End Pedal (S.)",     u"Set Left End Pedal (A.)"},
+    {u"Right End Pedal", u"  Right end Pedal", u"Set Right End Pedal (S.)",    u"Set Right End Pedal (A.)"},
+});
 
 constexpr int Narrow = BlankWindowWidth;
 constexpr int Column = 225; // from one column to the next
 
 constexpr MainWindowLayout BlankLayout{Narrow, 0, 3, Blank};
-constexpr std::array<MainWindowLayout, MaxPedals + 1> Layouts{{
+constexpr auto Layouts = std::to_array<MainWindowLayout>({
     {Narrow,              0,      3, {}},
     {Narrow,              0,      3, One},
     {Narrow,              0,      3, Two},
     {Narrow,              0,      3, Three},
     {Narrow + Column,     Column, 4, Four},
     {Narrow + 2 * Column, Column, 5, Five},
-}};
+});
+static_assert(Layouts.size() == MaxPedals + 1);
 // clang-format on
 
 } // namespace

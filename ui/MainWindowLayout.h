@@ -22,6 +22,7 @@ constexpr QStringView SettingsExplanation =
 struct PedalCaptions
 {
     QStringView name;
+    QStringView place; ///< behind "Standard settings" in the dialog's heading
     QStringView standardTitle;
     QStringView advancedTitle;
 };

@@ -59,7 +59,7 @@ MainWindowViewController::MainWindowViewController(QWidget *parent)
     , m_rows()
 {
     m_ui->setupUi(this);
-    m_rows = {{
+    m_rows = std::to_array<PedalControls>({
         {m_ui->labelPedal0Name, m_ui->textboxPedal0Contents, m_ui->buttonSetPedal0Standard,
          m_ui->buttonSetPedal0Advanced},
         {m_ui->labelPedal1Name, m_ui->textboxPedal1Contents, m_ui->buttonSetPedal1Standard,
@@ -70,7 +70,7 @@ MainWindowViewController::MainWindowViewController(QWidget *parent)
          m_ui->buttonSetPedal3Advanced},
         {m_ui->labelPedal4Name, m_ui->textboxPedal4Contents, m_ui->buttonSetPedal4Standard,
          m_ui->buttonSetPedal4Advanced},
-    }};
+    });
     viewDidLoad();
 }
 
@@ -79,10 +79,14 @@ MainWindowViewController::~MainWindowViewController() = default;
 void MainWindowViewController::viewDidLoad()
 {
     using Self = MainWindowViewController;
-    constexpr std::array Actions{
-        &Self::buttonSetPedal0Standard_Clicked, &Self::buttonSetPedal1Standard_Clicked,
-        &Self::buttonSetPedal2Standard_Clicked, &Self::buttonSetPedal3Standard_Clicked,
-        &Self::buttonSetPedal4Standard_Clicked};
+    constexpr auto Actions = std::to_array({
+        &Self::buttonSetPedal0Standard_Clicked,
+        &Self::buttonSetPedal1Standard_Clicked,
+        &Self::buttonSetPedal2Standard_Clicked,
+        &Self::buttonSetPedal3Standard_Clicked,
+        &Self::buttonSetPedal4Standard_Clicked,
+    });
+    static_assert(Actions.size() == MaxPedals);
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         connect(m_rows.at(row).standard, &QPushButton::clicked, this, Actions.at(row));
         connect(m_rows.at(row).advanced, &QPushButton::clicked, this,
@@ -154,7 +158,7 @@ void MainWindowViewController::InitializeControls()
 
 void MainWindowViewController::disableRows()
 {
-    for (const PedalRow &row : m_rows) {
+    for (const PedalControls &row : m_rows) {
         row.name->setEnabled(false);
         row.contents->hide();
         row.contents->clear();
@@ -168,8 +172,8 @@ void MainWindowViewController::disableRows()
 /// Lights the row of a pedal that has been read. Alt+1 stands for the first pedal from the left.
 void MainWindowViewController::enableRow(std::size_t row)
 {
-    const PedalRow &controls = m_rows.at(row);
-    const auto isNotRightOf = [&](const PedalRow &other) {
+    const PedalControls &controls = m_rows.at(row);
+    const auto isNotRightOf = [&](const PedalControls &other) {
         return other.standard->x() <= controls.standard->x();
     };
     const auto place = std::count_if(m_rows.begin(), m_rows.begin() + NumberOfPedals, isNotRightOf);
@@ -191,7 +195,7 @@ void MainWindowViewController::restoreFocus(QWidget *before)
         before->setFocus();
         return;
     }
-    const auto left = [](const PedalRow &row) {
+    const auto left = [](const PedalControls &row) {
         return row.standard->isEnabled() ? row.standard->x() : std::numeric_limits<int>::max();
     };
     std::ranges::min_element(m_rows, {}, left)->standard->setFocus();
@@ -209,7 +213,7 @@ void MainWindowViewController::enableCommands()
         }
     }
     m_ui->InitialStateToolStripMenuItem->setEnabled(isConnected && m_activity == Activity::Idle);
-    for (const PedalRow &row : m_rows) {
+    for (const PedalControls &row : m_rows) {
         row.standard->setEnabled(row.name->isEnabled() && isIdle);
     }
     if (m_isIdle == isIdle) {
@@ -269,7 +273,7 @@ void MainWindowViewController::stackControls()
     const QStringList texts{toScreenText(ConnectExplanation), toScreenText(SettingsExplanation)};
     const int names = Gap + stack(explanation, Gap, heightForTexts(*explanation, Narrowest, texts));
     int bottom = 0;
-    for (const PedalRow &row : m_rows) {
+    for (const PedalControls &row : m_rows) {
         const int contents = NameGap + stack(row.name, names, fontMetrics().height());
         stack(row.contents, contents, row.contents->heightOfWholeLines(ContentsHeight));
         const int standard = contents + ContentsHeight + Gap;
@@ -287,7 +291,7 @@ void MainWindowViewController::applyLayout(const MainWindowLayout &layout)
     std::vector<QWidget *> buttons;
     for (int i = 0; i < MaxPedals; ++i) {
         const auto row = static_cast<std::size_t>(i);
-        const PedalRow &controls = m_rows.at(row);
+        const PedalControls &controls = m_rows.at(row);
         names.push_back(controls.name);
         buttons.insert(buttons.end(), {controls.standard, controls.advanced});
         if (row < MovableRows) {
@@ -349,7 +353,7 @@ void MainWindowViewController::openStandardDialog(int pedal)
     if (isBusy() || raiseDialog() || StandardSettingDialogOpen) {
         return;
     }
-    const PedalRow &row = m_rows.at(static_cast<std::size_t>(pedal));
+    const PedalControls &row = m_rows.at(static_cast<std::size_t>(pedal));
     row.standard->setEnabled(false);
     SettingEnabled = false;
     SelectedPedalNo = pedal;

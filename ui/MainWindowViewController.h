@@ -89,7 +89,7 @@ protected:
 
 private:
     /// The controls of one pedal. "Row" is the pedal's index, not a place on screen.
-    struct PedalRow
+    struct PedalControls
     {
         QLabel *name;
         PedalTextBox *contents;
@@ -134,7 +134,7 @@ private:
 
     std::unique_ptr<Ui::MainWindowViewController> m_ui;
     PressGuard m_pressGuard;
-    std::array<PedalRow, MaxPedals> m_rows;
+    std::array<PedalControls, MaxPedals> m_rows;
     QTimer m_timer{this};
     /// The unit that the setting arrays and the number of pedals are about; null when none is.
     hid::DeviceRef m_unit;

@@ -2,6 +2,7 @@
 
 #include "LabelHeight.h"
 #include "Log.h"
+#include "MainWindowLayout.h"
 #include "MainWindowViewController.h"
 #include "PedalSetting.h"
 #include "Protocol.h"
@@ -20,21 +21,12 @@ const auto BeyondStandardQuestion =
 /// Right-hand modifiers, which this dialog can't show.
 constexpr std::uint8_t RightModifiers = 0xF0;
 
-/// Where the pedal stands, by number of pedals (2 to 5) and pedal index.
-constexpr std::array<std::array<QStringView, MaxPedals>, 4> HeadingSuffixes{{
-    {u"  Right Pedal", u"  Left Pedal", {}, {}, {}},
-    {u"  Center Pedal", u"  Left Pedal", u"  Right Pedal", {}, {}},
-    {u"  Right Pedal", u"  Left Pedal", u"  Right end Pedal", u"  Left end Pedal", {}},
-    {u"  Center Pedal", u"  Left Pedal", u"  Right Pedal", u"  Left end Pedal",
-     u"  Right end Pedal"},
-}};
-
 QString heading(int pedal)
 {
     QString text = QStringLiteral("Standard settings");
-    const auto pedals = static_cast<std::size_t>(NumberOfPedals - 2);
-    if (pedals < HeadingSuffixes.size()) {
-        text += HeadingSuffixes.at(pedals).at(static_cast<std::size_t>(pedal));
+    const auto captions = pedalLayout(NumberOfPedals).captions;
+    if (const auto row = static_cast<std::size_t>(pedal); row < captions.size()) {
+        text += captions[row].place;
     }
     return text;
 }

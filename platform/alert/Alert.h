@@ -1,5 +1,7 @@
 #pragma once
 
+#include "AlertBox.h"
+
 #include <QString>
 
 #include <functional>
@@ -9,11 +11,7 @@ class QWidget;
 
 namespace kavelo {
 
-/// Shows one modal notice with an "OK" button on the Return key and waits until it is closed.
-/// Logs how it was closed on standard output.
-void alertBox(const QString &Message);
-
-/// Shows the same notice without waiting.
+/// Shows the same notice as alertBox(), without waiting.
 void openNotice(const QString &message);
 
 enum class Answer {
