@@ -146,7 +146,7 @@ bool Tour::drivePanel()
 bool Tour::showEveryNumberOfPedals()
 {
     auto &plug = control<QCheckBox>(m_panel, QStringLiteral("pluggedIn"));
-    const auto &replug = control<QPushButton>(m_panel, QStringLiteral("replug"));
+    auto &replug = control<QPushButton>(m_panel, QStringLiteral("replug"));
     for (int pedals = 0; pedals <= MaxPedals; ++pedals) {
         if (plug.isChecked()) {
             click(plug);

@@ -3,6 +3,7 @@
 #include "WaitUntil.h"
 
 #include <QApplication>
+#include <QPixmapCache>
 #include <QTimer>
 #include <QWidget>
 
@@ -24,6 +25,7 @@ namespace kavelo {
 
 inline std::ptrdiff_t bytesOnHeap()
 {
+    QPixmapCache::clear(); // has a bound of its own, far above what may pile up here
     if (__sanitizer_get_current_allocated_bytes != nullptr) {
         return std::ptrdiff_t(__sanitizer_get_current_allocated_bytes());
     }

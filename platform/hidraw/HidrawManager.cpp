@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QFile>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -18,6 +20,9 @@ namespace kavelo::hid {
 namespace {
 
 constexpr const char *Subsystem = "hidraw";
+
+/// Is there while udev runs. Without it libudev gives a monitor that never hears anything.
+constexpr const char *UdevSocket = "/run/udev/control";
 
 constexpr std::chrono::milliseconds RetryPeriod{500};
 
@@ -50,6 +55,11 @@ QByteArray readDescriptor(udev_device *hidDevice)
     QFile file(QFile::decodeName(udev_device_get_syspath(hidDevice)) +
                QStringLiteral("/report_descriptor"));
     return file.open(QIODevice::ReadOnly) ? file.read(MaximumDescriptorSize) : QByteArray();
+}
+
+std::string reasonOf(int error)
+{
+    return std::generic_category().message(error);
 }
 
 } // namespace
@@ -108,12 +118,14 @@ bool HidrawManager::rescan()
         }
     }
     // Listening comes first: a device that arrives in between is seen twice and counted once.
-    if (!m_monitor && !startMonitor()) {
-        complain("cannot listen to udev", errno);
+    if (!m_monitor && ::access(UdevSocket, F_OK) != 0) {
+        complain("cannot listen to udev", "it does not run");
+    } else if (!m_monitor && !startMonitor()) {
+        complain("cannot listen to udev", reasonOf(errno));
     }
     const bool isComplete = enumerate();
     if (!isComplete) {
-        complain("cannot list the devices", errno);
+        complain("cannot list the devices", reasonOf(errno));
     }
     return m_monitor && isComplete;
 }
@@ -164,7 +176,7 @@ void HidrawManager::receiveEvents()
     case EINVAL: // a message that makes no sense; it is taken from the queue
         break;
     default: // events were lost, or the socket may stay readable and keep the loop from sleeping
-        complain("cannot listen to udev", errno);
+        complain("cannot listen to udev", reasonOf(errno));
         m_monitorNotifier.reset();
         m_monitor.reset();
     }
@@ -230,10 +242,9 @@ void HidrawManager::remove(const HidrawDeviceRef &device)
 }
 
 /// Says the first trouble with udev and sees to it that the manager goes on.
-void HidrawManager::complain(const char *what, int error)
+void HidrawManager::complain(const char *what, const std::string &reason)
 {
     if (!std::exchange(m_complained, true)) {
-        const std::string reason = std::generic_category().message(error);
         std::fprintf(stderr, "kavelo: %s: %s\n", what, reason.c_str());
     }
     m_retry.start();

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -47,7 +48,7 @@ private:
     [[nodiscard]] HidrawDeviceRef find(std::string_view syspath) const;
     void add(udev_device *node);
     void remove(const HidrawDeviceRef &device);
-    void complain(const char *what, int error);
+    void complain(const char *what, const std::string &reason);
 
     Matching m_matching;
     Udev m_udev;

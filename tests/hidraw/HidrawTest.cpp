@@ -5,6 +5,7 @@
 #include <QSignalSpy>
 #include <QTimer>
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <linux/capability.h>
 #include <sys/resource.h>
@@ -13,7 +14,26 @@
 
 #include <functional>
 #include <numeric>
+#include <string_view>
 #include <tuple>
+
+namespace {
+
+/// Whether the program finds udev running; nothing that umockdev mocks says so.
+bool udevRuns = true;
+
+} // namespace
+
+/// Takes the C library's place.
+extern "C" int access(const char *path, int mode) noexcept
+{
+    if (path == std::string_view("/run/udev/control")) {
+        errno = ENOENT;
+        return udevRuns ? 0 : -1;
+    }
+    static const auto next = reinterpret_cast<decltype(&access)>(::dlsym(RTLD_NEXT, "access"));
+    return next(path, mode);
+}
 
 namespace kavelo::test {
 namespace {
@@ -354,6 +374,26 @@ TEST_F(Hidraw, KeepsTryingWhenUdevFailsAndSaysSoOnce)
     unit.reset();
     settle();
     EXPECT_EQ(removals.back(), device);
+}
+
+TEST_F(Hidraw, ComparesTheSetByItselfWhereUdevDoesNotRunAndSaysSoOnce)
+{
+    udevRuns = false;
+    create();
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(manager->open());
+    followArrivals();
+    unit.emplace();
+    EXPECT_TRUE(waitUntil([&] { return !arrivals.empty(); }));
+    unit.reset();
+    EXPECT_TRUE(waitUntil([&] { return !removals.empty(); }));
+    udevRuns = true;
+    EXPECT_TRUE(waitUntil([&] { return !retryTimer().isActive(); }));
+    unit.emplace();
+    settle();
+    EXPECT_EQ(arrivals.size(), 2U);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "kavelo: cannot listen to udev: it does not run\n");
 }
 
 } // namespace
