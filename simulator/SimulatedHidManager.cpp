@@ -30,21 +30,6 @@ bool SimulatedHidManager::open()
     return true;
 }
 
-std::vector<hid::DeviceRef> SimulatedHidManager::copyDevices()
-{
-    return {m_set.devices().begin(), m_set.devices().end()};
-}
-
-void SimulatedHidManager::registerDeviceMatchingCallback(DeviceCallback callback, void *context)
-{
-    m_set.registerArrivalCallback(callback, context);
-}
-
-void SimulatedHidManager::registerDeviceRemovalCallback(DeviceCallback callback, void *context)
-{
-    m_set.registerRemovalCallback(callback, context);
-}
-
 void SimulatedHidManager::pluggedIn(const bus::AttachmentRef &attachment)
 {
     if (m_isOpen) {
@@ -55,16 +40,15 @@ void SimulatedHidManager::pluggedIn(const bus::AttachmentRef &attachment)
 void SimulatedHidManager::takeIn(const bus::AttachmentRef &attachment)
 {
     if (attachment->unit->matching() == m_matching) {
-        m_set.add(std::make_shared<SimulatedDevice>(attachment));
+        add(std::make_shared<SimulatedDevice>(attachment));
     }
 }
 
 void SimulatedHidManager::unplugged(const bus::AttachmentRef &attachment)
 {
-    const auto &devices = m_set.devices();
-    const auto gone = std::ranges::find(devices, attachment, &SimulatedDevice::attachment);
-    if (gone != devices.end()) {
-        m_set.remove(*gone);
+    const auto gone = std::ranges::find(devices(), attachment, &SimulatedDevice::attachment);
+    if (gone != devices().end()) {
+        remove(*gone);
     }
 }
 

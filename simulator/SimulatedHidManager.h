@@ -5,12 +5,10 @@
 #include "SimulatedBus.h"
 #include "SimulatedDevice.h"
 
-#include <vector>
-
 namespace kavelo {
 
 /// A HID manager that finds the units on the simulated bus.
-class SimulatedHidManager : public hid::Manager, private bus::Listener
+class SimulatedHidManager : public hid::DeviceSet<SimulatedDevice>, private bus::Listener
 {
 public:
     SimulatedHidManager();
@@ -20,9 +18,6 @@ public:
 
     void setDeviceMatching(const hid::Matching &matching) override;
     bool open() override;
-    [[nodiscard]] std::vector<hid::DeviceRef> copyDevices() override;
-    void registerDeviceMatchingCallback(DeviceCallback callback, void *context) override;
-    void registerDeviceRemovalCallback(DeviceCallback callback, void *context) override;
 
 private:
     void pluggedIn(const bus::AttachmentRef &attachment) override;
@@ -31,7 +26,6 @@ private:
 
     hid::Matching m_matching;
     bool m_isOpen = false;
-    hid::DeviceSet<SimulatedDevice> m_set;
 };
 
 } // namespace kavelo

@@ -12,19 +12,21 @@
 
 namespace kavelo::hid {
 
-/// The devices that a manager has found, and the announcing of their arrival and removal: what
-/// every manager does alike, whatever its `DeviceType` is. Everything is announced later, through
-/// the event loop; what is still due when the set goes is not announced any more.
+/// The base of every manager: keeps the devices that have been found and announces their arrival
+/// and removal. Everything is announced later, through the event loop; what is still due when the
+/// manager goes is not announced any more.
 template <class DeviceType>
-class DeviceSet
+class DeviceSet : public Manager
 {
 public:
     using Ref = std::shared_ptr<DeviceType>;
 
-    /// In the order in which they were added.
-    [[nodiscard]] const std::vector<Ref> &devices() const { return m_devices; }
+    [[nodiscard]] std::vector<DeviceRef> copyDevices() override
+    {
+        return {m_devices.begin(), m_devices.end()};
+    }
 
-    void registerArrivalCallback(Manager::DeviceCallback callback, void *context)
+    void registerDeviceMatchingCallback(DeviceCallback callback, void *context) override
     {
         m_arrival = {callback, context};
         ++m_arrivalRegistrations;
@@ -33,10 +35,14 @@ public:
         }
     }
 
-    void registerRemovalCallback(Manager::DeviceCallback callback, void *context)
+    void registerDeviceRemovalCallback(DeviceCallback callback, void *context) override
     {
         m_removal = {callback, context};
     }
+
+protected:
+    /// In the order in which they were added.
+    [[nodiscard]] const std::vector<Ref> &devices() const { return m_devices; }
 
     void add(const Ref &device)
     {
@@ -64,7 +70,7 @@ public:
 private:
     struct Registration
     {
-        Manager::DeviceCallback callback = nullptr;
+        DeviceCallback callback = nullptr;
         void *context = nullptr;
     };
 

@@ -73,7 +73,7 @@ HidrawManager::HidrawManager()
 
 HidrawManager::~HidrawManager()
 {
-    for (const HidrawDeviceRef &device : m_set.devices()) {
+    for (const Ref &device : devices()) {
         device->retire();
     }
 }
@@ -92,29 +92,14 @@ bool HidrawManager::open()
     return m_udev && rescan();
 }
 
-std::vector<DeviceRef> HidrawManager::copyDevices()
-{
-    return {m_set.devices().begin(), m_set.devices().end()};
-}
-
-void HidrawManager::registerDeviceMatchingCallback(DeviceCallback callback, void *context)
-{
-    m_set.registerArrivalCallback(callback, context);
-}
-
-void HidrawManager::registerDeviceRemovalCallback(DeviceCallback callback, void *context)
-{
-    m_set.registerRemovalCallback(callback, context);
-}
-
 /// Brings the set up to date without the help of events.
 bool HidrawManager::rescan()
 {
-    const std::vector<HidrawDeviceRef> known = m_set.devices();
-    for (const HidrawDeviceRef &device : known) {
+    const std::vector<Ref> known = devices();
+    for (const Ref &device : known) {
         // Whoever was refused gets the device as a new one.
         if (!device->isPresent() || device->isNoLongerRefused()) {
-            remove(device);
+            letGo(device);
         }
     }
     // Listening comes first: a device that arrives in between is seen twice and counted once.
@@ -159,7 +144,7 @@ bool HidrawManager::enumerate()
         const UdevDevice node(
             udev_device_new_from_syspath(m_udev.get(), udev_list_entry_get_name(entry)));
         if (node) {
-            add(node.get());
+            addNode(node.get());
         }
     }
     return true;
@@ -192,9 +177,9 @@ void HidrawManager::takeEvent(udev_device *event)
     // Only "add" brings a device. After a removal that a read error gave away, what else is said
     // about the node must not bring it back.
     if (action == std::string_view("add")) {
-        add(event);
+        addNode(event);
     } else if (action == std::string_view("remove")) {
-        remove(find(syspath));
+        letGo(find(syspath));
     }
 }
 
@@ -213,13 +198,13 @@ bool HidrawManager::matches(udev_device *node) const
     return std::ranges::count(applicationUsagePages(bytes), m_matching.usagePage) > 0;
 }
 
-HidrawManager::HidrawDeviceRef HidrawManager::find(std::string_view syspath) const
+HidrawManager::Ref HidrawManager::find(std::string_view syspath) const
 {
-    const auto found = std::ranges::find(m_set.devices(), syspath, &HidrawDevice::syspath);
-    return found == m_set.devices().end() ? nullptr : *found;
+    const auto found = std::ranges::find(devices(), syspath, &HidrawDevice::syspath);
+    return found == devices().end() ? nullptr : *found;
 }
 
-void HidrawManager::add(udev_device *node)
+void HidrawManager::addNode(udev_device *node)
 {
     const char *file = udev_device_get_devnode(node);
     const std::string syspath = udev_device_get_syspath(node);
@@ -227,17 +212,17 @@ void HidrawManager::add(udev_device *node)
         return;
     }
     const auto device = std::make_shared<HidrawDevice>(syspath, file);
-    connect(device.get(), &HidrawDevice::gone, this, [this, syspath] { remove(find(syspath)); });
+    connect(device.get(), &HidrawDevice::gone, this, [this, syspath] { letGo(find(syspath)); });
     connect(device.get(), &HidrawDevice::refused, this, [this] { m_retry.start(); });
-    m_set.add(device);
+    add(device);
 }
 
 /// Nothing happens when `device` is null.
-void HidrawManager::remove(const HidrawDeviceRef &device)
+void HidrawManager::letGo(const Ref &device)
 {
     if (device) {
         device->retire();
-        m_set.remove(device);
+        remove(device);
     }
 }
 

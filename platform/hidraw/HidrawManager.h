@@ -18,7 +18,7 @@
 namespace kavelo::hid {
 
 /// Finds the matching hidraw nodes with udev and follows their arrival and removal.
-class HidrawManager : public QObject, public Manager
+class HidrawManager : public QObject, public DeviceSet<HidrawDevice>
 {
     Q_OBJECT
 
@@ -31,13 +31,8 @@ public:
 
     void setDeviceMatching(const Matching &matching) override;
     bool open() override;
-    [[nodiscard]] std::vector<DeviceRef> copyDevices() override;
-    void registerDeviceMatchingCallback(DeviceCallback callback, void *context) override;
-    void registerDeviceRemovalCallback(DeviceCallback callback, void *context) override;
 
 private:
-    using HidrawDeviceRef = std::shared_ptr<HidrawDevice>;
-
     bool rescan();
     bool startMonitor();
     bool enumerate();
@@ -45,16 +40,15 @@ private:
     void takeEvent(udev_device *event);
     [[nodiscard]] bool matches(udev_device *node) const;
     /// Null for a node that is not in the set.
-    [[nodiscard]] HidrawDeviceRef find(std::string_view syspath) const;
-    void add(udev_device *node);
-    void remove(const HidrawDeviceRef &device);
+    [[nodiscard]] Ref find(std::string_view syspath) const;
+    void addNode(udev_device *node);
+    void letGo(const Ref &device);
     void complain(const char *what, const std::string &reason);
 
     Matching m_matching;
     Udev m_udev;
     UdevMonitor m_monitor;
     std::unique_ptr<QSocketNotifier> m_monitorNotifier;
-    DeviceSet<HidrawDevice> m_set;
     /// Runs only while a node is refused or udev does not work: what ends that is no event.
     QTimer m_retry{this};
     bool m_complained = false;
