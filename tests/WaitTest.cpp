@@ -59,7 +59,7 @@ TEST_F(WaitTest, AWriteCannotBeCancelledAndNamesItsOwnPedal)
 {
     plugInAndWait();
     for (std::size_t exchange : {1U, 2U}) {
-        const auto selectAnother = [this] {
+        const auto selectAnother = [] {
             SelectedPedalNo = 1;
             PedalName = QStringLiteral("Left Pedal");
         };
