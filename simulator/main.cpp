@@ -1,6 +1,5 @@
 #include "AppDelegate.h"
 #include "ApplicationIcon.h"
-#include "DemoSettings.h"
 #include "MainWindowViewController.h"
 #include "MenuClass.h"
 #include "PedalSetting.h"
@@ -8,6 +7,7 @@
 #include "SimulatedUnit.h"
 #include "SimulatorPanel.h"
 #include "Tour.h"
+#include "UnitOptions.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -16,7 +16,6 @@
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
-#include <QVersionNumber>
 
 #include <array>
 #include <memory>
@@ -25,14 +24,7 @@ namespace {
 
 struct Options
 {
-    QCommandLineOption pedals{QStringLiteral("pedals"), QStringLiteral("Number of pedals (5)."),
-                              QStringLiteral("n"), QStringLiteral("5")};
-    QCommandLineOption firmware{QStringLiteral("firmware"),
-                                QStringLiteral("Firmware version (2.1.0)."),
-                                QStringLiteral("version"), QStringLiteral("2.1.0")};
-    QCommandLineOption delay{QStringLiteral("delay"),
-                             QStringLiteral("How long the unit takes for a reply, in ms (5)."),
-                             QStringLiteral("ms"), QStringLiteral("5")};
+    kavelo::UnitOptions unit;
     QCommandLineOption unplugged{QStringLiteral("unplugged"),
                                  QStringLiteral("Start with the unit unplugged.")};
     QCommandLineOption palette{QStringLiteral("palette"),
@@ -46,14 +38,7 @@ struct Options
 
 void setUp(kavelo::SimulatedUnit &unit, const QCommandLineParser &parser, const Options &options)
 {
-    unit.memory().pedals = kavelo::demoSettings();
-    unit.memory().numberOfPedals = static_cast<std::uint8_t>(parser.value(options.pedals).toUInt());
-    const auto version = QVersionNumber::fromString(parser.value(options.firmware));
-    for (int i = 0; i < 3; ++i) {
-        unit.memory().version.at(static_cast<std::size_t>(i)) =
-            static_cast<std::uint8_t>(version.segmentAt(i));
-    }
-    unit.setReplyDelay(std::chrono::milliseconds(parser.value(options.delay).toUInt()));
+    options.unit.apply(parser, unit);
     if (!parser.isSet(options.unplugged)) {
         kavelo::bus::plugIn(unit);
     }
@@ -142,8 +127,8 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("The Kavelo utility on a simulated unit."));
     const QCommandLineOption help = parser.addHelpOption();
-    parser.addOptions({options.pedals, options.firmware, options.delay, options.unplugged,
-                       options.palette, options.tour});
+    options.unit.addTo(parser);
+    parser.addOptions({options.unplugged, options.palette, options.tour});
     answerHelp(parser, help, argc, argv);
     QApplication application(argc, argv);
     QApplication::setWindowIcon(kavelo::applicationIcon());

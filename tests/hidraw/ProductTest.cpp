@@ -1,10 +1,11 @@
 #include "BoxWatcher.h"
 #include "Footprint.h"
 #include "MainWindowViewController.h"
-#include "MockDevice.h"
+#include "PluggedDevice.h"
 
 #include <QPlainTextEdit>
 #include <QProcess>
+#include <QTimer>
 
 namespace kavelo::test {
 namespace {
@@ -22,6 +23,11 @@ protected:
         window->show();
         text = window->findChild<QPlainTextEdit *>(QStringLiteral("textboxPedal0Contents"));
     }
+    void plugInAnew()
+    {
+        device.reset();
+        device = plugIn({.firmware = &unit});
+    }
     bool shows(const char *expected)
     {
         return waitUntil([&] { return text->toPlainText() == QLatin1String(expected); });
@@ -35,7 +41,7 @@ protected:
     static constexpr const char *Setting = "[Set function] Click\n[Button] Left";
 
     SimulatedUnit unit;
-    std::optional<MockDevice> device;
+    std::unique_ptr<PluggedDevice> device;
     BoxWatcher boxes;
     std::unique_ptr<MainWindowViewController> window;
     QPlainTextEdit *text = nullptr;
@@ -44,10 +50,10 @@ protected:
 TEST_F(Product, KeepsItsUnitFromASecondProgramThatTakesItWhenTheFirstLetsGo)
 {
     openWindow();
-    device.emplace(DeviceKind{.firmware = &unit});
+    plugInAnew();
     ASSERT_TRUE(shows(Setting));
     QProcess other;
-    other.start(QStringLiteral(KAVELO_PROGRAM), {});
+    other.start(QCoreApplication::applicationDirPath() + QStringLiteral("/kavelo"), {});
     QByteArray said;
     ASSERT_TRUE(waitUntil([&] {
         return (said += other.readAllStandardError()).contains("another program uses it");
@@ -64,6 +70,87 @@ TEST_F(Product, KeepsItsUnitFromASecondProgramThatTakesItWhenTheFirstLetsGo)
     EXPECT_TRUE(wasRead(3));
 }
 
+TEST_F(Product, TakesTheUnitThatWaitsWhenItsOwnGoes)
+{
+    SimulatedUnit second;
+    second.memory().numberOfPedals = 1;
+    second.memory().pedals[0].record = {2};
+    openWindow();
+    plugInAnew();
+    ASSERT_TRUE(shows(Setting));
+    const auto waiting = plugIn({.firmware = &second});
+    device.reset();
+    EXPECT_TRUE(shows("[Set function] Click\n[Button] Right"));
+    EXPECT_EQ(waiting->writes.size(), 3U);
+}
+
+TEST_F(Product, ReadsAUnitThatHasGoneInAnyExchangeOnceItIsBack)
+{
+    enum Task { Read, Write, Restore };
+    const std::vector<std::pair<Task, int>> cases{{Read, 1},  {Read, 2},    {Read, 3},   {Write, 1},
+                                                  {Write, 2}, {Restore, 1}, {Restore, 2}};
+    openWindow();
+    bool returnsAtOnce = false;
+    QObject::connect(&unit, &SimulatedUnit::poweredChanged, window.get(), [&](bool isPowered) {
+        if (!isPowered && std::exchange(returnsAtOnce, false)) {
+            QTimer::singleShot(0, window.get(), [this] { plugInAnew(); });
+        }
+    });
+    for (int i = 0; i < 2 * std::ssize(cases) && !HasFailure(); ++i) {
+        const auto [task, exchange] = cases.at(std::size_t(i / 2));
+        const bool isShort = i % 2 == 1;
+        SCOPED_TRACE(testing::Message() << task << exchange << isShort);
+        unit.setFault({});
+        if (task != Read) {
+            unit.memory().pedals[0] = UnitMemory().pedals[0];
+            plugInAnew();
+            ASSERT_TRUE(wasRead(1) && shows(Setting));
+        }
+        boxes.forgetMessages();
+        unit.setFault({.kind = FaultKind::Unplug, .exchange = exchange});
+        returnsAtOnce = isShort;
+        if (task == Read) {
+            plugInAnew();
+        } else if (task == Write) {
+            SettingEnabled = true;
+            window->SettingDialog_OK();
+        } else {
+            boxes.answerWith(Qt::Key_Escape);
+            InitialState = true;
+        }
+        const qsizetype told = (isShort ? 0 : 1) + (task == Restore ? 2 : 0);
+        ASSERT_TRUE(waitUntil([&] {
+            return boxes.messages().size() == told && !returnsAtOnce && unit.isPowered() == isShort;
+        }));
+        if (!isShort) {
+            ASSERT_TRUE(shows(""));
+            plugInAnew();
+        }
+        unit.setFault({});
+        EXPECT_TRUE(waitUntil([&] { return device->writes.size() >= 3; }));
+        EXPECT_TRUE(shows(Setting));
+        EXPECT_EQ(device->writes.front().at(1), GET_VERSION_NUMBER) << "meant for the one before";
+        EXPECT_EQ(boxes.messages().size(), told);
+    }
+}
+
+TEST_F(Product, EndsAtAUnitOfMajorVersion3)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    boxes.reactWith([](QMessageBox &box) {
+        std::fputs(qPrintable(box.informativeText()), stderr);
+        box.close();
+    });
+    EXPECT_EXIT(
+        {
+            unit.memory().version[0] = 3;
+            openWindow();
+            plugInAnew();
+            static_cast<void>(waitUntil([] { return false; }));
+        },
+        testing::ExitedWithCode(0), "This version is not supported");
+}
+
 /// The parameter is the number of rounds.
 class LongRun : public Product, public testing::WithParamInterface<int>
 {
@@ -73,7 +160,7 @@ TEST_P(LongRun, PlugInsOnHidrawLeaveNothingBehind)
 {
     openWindow();
     expectSteadyFootprint(*window, GetParam(), [this](int) {
-        device.emplace(DeviceKind{.firmware = &unit});
+        plugInAnew();
         ASSERT_TRUE(shows(Setting));
         ASSERT_TRUE(wasRead(1));
         device.reset();

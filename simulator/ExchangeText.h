@@ -1,0 +1,20 @@
+#pragma once
+
+#include "SimulatedUnit.h"
+
+#include <QString>
+
+namespace kavelo {
+
+// An exchange in words, for whoever lists exchanges.
+
+/// When the request came, to the millisecond.
+[[nodiscard]] QString timeText(const Exchange &exchange);
+/// The name of the request's command.
+[[nodiscard]] QString commandText(const Exchange &exchange);
+/// All bytes in groups of four, short enough for a request and its reply side by side.
+[[nodiscard]] QString hexText(const hid::Report &report);
+/// The reply's bytes, or what came of the request instead.
+[[nodiscard]] QString replyText(const Exchange &exchange);
+
+} // namespace kavelo
