@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-/// Read by LeakSanitizer: fontconfig keeps its configuration until the process is gone, and newer Qt
-/// its fonts. This shows where a test ends its process at once.
+/// Read by LeakSanitizer: fontconfig keeps its configuration until the process is gone, and newer
+/// Qt its fonts. This shows where a test ends its process at once.
 extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 9, 0)

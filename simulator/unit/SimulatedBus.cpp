@@ -10,8 +10,6 @@ namespace {
 
 // Changed by the functions of this file only, read through attachments().
 std::vector<AttachmentRef> Attachments;
-// The HID managers of the program; each comes and goes by itself.
-std::vector<Listener *> Listeners;
 
 auto find(const SimulatedUnit &unit)
 {
@@ -33,9 +31,7 @@ void plugIn(SimulatedUnit &unit)
         Qt::SingleShotConnection);
     const auto attachment = std::make_shared<Attachment>(Attachment{&unit});
     Attachments.push_back(attachment);
-    for (Listener *listener : Listeners) {
-        listener->pluggedIn(attachment);
-    }
+    Q_EMIT events().pluggedIn(attachment);
 }
 
 void unplug(SimulatedUnit &unit)
@@ -47,9 +43,7 @@ void unplug(SimulatedUnit &unit)
     const AttachmentRef attachment = *found;
     Attachments.erase(found);
     attachment->unit = nullptr;
-    for (Listener *listener : Listeners) {
-        listener->unplugged(attachment);
-    }
+    Q_EMIT events().unplugged(attachment);
     unit.setPowered(false);
 }
 
@@ -70,14 +64,10 @@ const std::vector<AttachmentRef> &attachments()
     return Attachments;
 }
 
-void addListener(Listener &listener)
+Events &events()
 {
-    Listeners.push_back(&listener);
-}
-
-void removeListener(Listener &listener)
-{
-    std::erase(Listeners, &listener);
+    static Events events;
+    return events;
 }
 
 } // namespace kavelo::bus

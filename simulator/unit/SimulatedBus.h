@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QObject>
+
 #include <memory>
 #include <vector>
 
@@ -18,17 +20,14 @@ struct Attachment
 };
 using AttachmentRef = std::shared_ptr<Attachment>;
 
-/// Told, from inside the call that causes it, of every change.
-class Listener
+/// Tells, from inside the call that causes it, of every change.
+class Events : public QObject
 {
-public:
-    Listener() = default;
-    Listener(const Listener &) = delete;
-    Listener &operator=(const Listener &) = delete;
-    virtual ~Listener() = default;
+    Q_OBJECT
 
-    virtual void pluggedIn(const AttachmentRef &attachment) = 0;
-    virtual void unplugged(const AttachmentRef &attachment) = 0;
+Q_SIGNALS:
+    void pluggedIn(const kavelo::bus::AttachmentRef &attachment);
+    void unplugged(const kavelo::bus::AttachmentRef &attachment);
 };
 
 /// Plugs the unit in behind those already there and gives it power; nothing if it is plugged in.
@@ -41,8 +40,6 @@ void reset();
 
 [[nodiscard]] const std::vector<AttachmentRef> &attachments();
 
-/// The listener must be removed before it goes.
-void addListener(Listener &listener);
-void removeListener(Listener &listener);
+[[nodiscard]] Events &events();
 
 } // namespace kavelo::bus

@@ -5,7 +5,6 @@
 #include "PedalSetting.h"
 #include "SettingDialogViewController.h"
 #include "SimulatedUnit.h"
-#include "SimulatorPanel.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -73,7 +72,7 @@ Dialog *shownDialog(QWidget &window)
 
 } // namespace
 
-Tour::Tour(MainWindowViewController &window, SimulatorPanel &panel, SimulatedUnit &unit,
+Tour::Tour(MainWindowViewController &window, QWidget &panel, SimulatedUnit &unit,
            const QString &pictureFolder)
     : m_window(window)
     , m_panel(panel)

@@ -108,9 +108,8 @@ public:
     /// Puts everything but the firmware version and the number of pedals into the factory state.
     void factorySettings();
 
-    /// What the device shows itself as. Takes effect when the unit is next plugged in.
-    void setMatching(const hid::Matching &matching) { m_matching = matching; }
-    [[nodiscard]] const hid::Matching &matching() const { return m_matching; }
+    /// What the device shows itself as.
+    [[nodiscard]] static const hid::Matching &matching() { return KaveloMatching; }
 
     /// How long the unit works on a request, 0 to MaxReplyDelay; 0 answers in the event loop's
     /// next turn. Requests already taken in keep the delay that they came with.
@@ -124,9 +123,6 @@ public:
     /// Sets the one fault and starts to count its exchanges anew.
     void setFault(const Fault &fault);
     [[nodiscard]] const Fault &fault() const { return m_fault; }
-
-    /// Restarts the sequence of garbage replies. Units with the same seed send the same garbage.
-    void setGarbageSeed(std::uint32_t seed) { m_garbage.seed(seed); }
 
     /// Power on or off. Without power the unit refuses every request; going off, it drops the
     /// replies that are due, while what was written stays.
@@ -160,7 +156,6 @@ private:
     void startOnFirst();
     void finishFirst();
 
-    hid::Matching m_matching = KaveloMatching;
     UnitMemory m_memory;
     bool m_powered = false;
 

@@ -5,23 +5,25 @@
 #include "SimulatedBus.h"
 #include "SimulatedDevice.h"
 
+#include <QObject>
+
 namespace kavelo {
 
 /// A HID manager that finds the units on the simulated bus.
-class SimulatedHidManager : public hid::DeviceSet<SimulatedDevice>, private bus::Listener
+class SimulatedHidManager : public QObject, public hid::DeviceSet<SimulatedDevice>
 {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SimulatedHidManager)
+
 public:
     SimulatedHidManager();
-    SimulatedHidManager(const SimulatedHidManager &) = delete;
-    SimulatedHidManager &operator=(const SimulatedHidManager &) = delete;
-    ~SimulatedHidManager() override;
 
     void setDeviceMatching(const hid::Matching &matching) override;
     bool open() override;
 
 private:
-    void pluggedIn(const bus::AttachmentRef &attachment) override;
-    void unplugged(const bus::AttachmentRef &attachment) override;
+    void pluggedIn(const bus::AttachmentRef &attachment);
+    void unplugged(const bus::AttachmentRef &attachment);
     void takeIn(const bus::AttachmentRef &attachment);
 
     hid::Matching m_matching;

@@ -2,11 +2,8 @@
 
 #include "ui_SimulatorPanel.h"
 
-#include "ExchangeModel.h"
 #include "SimulatedBus.h"
 #include "SimulatedUnit.h"
-
-#include <QFontDatabase>
 
 #include <array>
 
@@ -43,7 +40,6 @@ SimulatorPanel::SimulatorPanel(SimulatedUnit &unit, QWidget *parent)
     : QWidget(parent)
     , m_unit(unit)
     , m_ui(std::make_unique<Ui::SimulatorPanel>())
-    , m_exchanges(new ExchangeModel(this))
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -52,7 +48,6 @@ SimulatorPanel::SimulatorPanel(SimulatedUnit &unit, QWidget *parent)
     }
     showUnit();
     connectControls();
-    setUpExchanges();
 }
 
 SimulatorPanel::~SimulatorPanel() = default;
@@ -94,29 +89,8 @@ void SimulatorPanel::connectControls()
     // Choosing the same fault again arms it again.
     connect(m_ui->fault, &QComboBox::activated, this, &SimulatorPanel::setFault);
     connect(m_ui->faultExchange, &QSpinBox::valueChanged, this, &SimulatorPanel::setFault);
-}
-
-void SimulatorPanel::setUpExchanges()
-{
-    m_ui->exchanges->setModel(m_exchanges);
-    connect(&m_unit, &SimulatedUnit::exchanged, m_exchanges, &ExchangeModel::record);
-    connect(m_exchanges, &ExchangeModel::rowsInserted, m_ui->exchanges, &QTreeView::scrollToBottom);
-    connect(m_ui->clear, &QPushButton::clicked, m_exchanges, &ExchangeModel::clear);
-
-    // Wide enough for the longest text of every column.
-    const QFontMetrics metrics(m_ui->exchanges->font());
-    const QFontMetrics fixedMetrics(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    const int padding = metrics.horizontalAdvance(QStringLiteral("MM"));
-    const int reportWidth =
-        fixedMetrics.horizontalAdvance(QStringLiteral("00000000 00000000 00000000 00000000"));
-    const std::array<int, ExchangeModel::ColumnCount> widths{
-        metrics.horizontalAdvance(QStringLiteral("00:00:00.000")),
-        metrics.horizontalAdvance(QLatin1String(SET_KEYBOARD_MOUSE_ABILITY_CHAR.data())),
-        reportWidth, reportWidth};
-    for (int column = 0; column < ExchangeModel::ColumnCount; ++column) {
-        m_ui->exchanges->setColumnWidth(column,
-                                        widths.at(static_cast<std::size_t>(column)) + padding);
-    }
+    connect(&m_unit, &SimulatedUnit::exchanged, m_ui->exchanges, &ExchangeList::record);
+    connect(m_ui->clear, &QPushButton::clicked, m_ui->exchanges, &ExchangeList::clear);
 }
 
 void SimulatorPanel::showPlugged(bool pluggedIn)

@@ -12,7 +12,6 @@ namespace kavelo {
 class AdvancedSettingDialogViewController;
 class MainWindowViewController;
 class SimulatedUnit;
-class SimulatorPanel;
 
 /// A round through all windows on a simulated five-pedal unit, for machines without a display:
 /// shows, edits and restores it with clicks and keys, prints what the windows say, and saves a
@@ -20,7 +19,7 @@ class SimulatorPanel;
 class Tour
 {
 public:
-    Tour(MainWindowViewController &window, SimulatorPanel &panel, SimulatedUnit &unit,
+    Tour(MainWindowViewController &window, QWidget &panel, SimulatedUnit &unit,
          const QString &pictureFolder);
 
     /// Makes the round; needs a running event loop. Returns the exit status: 0, or 1 with a line
@@ -52,7 +51,7 @@ private:
     [[nodiscard]] QMenu &menu();
 
     MainWindowViewController &m_window;
-    SimulatorPanel &m_panel;
+    QWidget &m_panel; ///< the simulator panel
     SimulatedUnit &m_unit;
     QDir m_pictures;
     BoxWatcher m_boxes;

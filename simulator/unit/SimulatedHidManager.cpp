@@ -8,12 +8,8 @@ namespace kavelo {
 
 SimulatedHidManager::SimulatedHidManager()
 {
-    bus::addListener(*this);
-}
-
-SimulatedHidManager::~SimulatedHidManager()
-{
-    bus::removeListener(*this);
+    connect(&bus::events(), &bus::Events::pluggedIn, this, &SimulatedHidManager::pluggedIn);
+    connect(&bus::events(), &bus::Events::unplugged, this, &SimulatedHidManager::unplugged);
 }
 
 void SimulatedHidManager::setDeviceMatching(const hid::Matching &matching)
@@ -39,7 +35,7 @@ void SimulatedHidManager::pluggedIn(const bus::AttachmentRef &attachment)
 
 void SimulatedHidManager::takeIn(const bus::AttachmentRef &attachment)
 {
-    if (attachment->unit->matching() == m_matching) {
+    if (SimulatedUnit::matching() == m_matching) {
         add(std::make_shared<SimulatedDevice>(attachment));
     }
 }

@@ -6,7 +6,6 @@
 
 namespace kavelo {
 
-class ExchangeModel;
 class SimulatedUnit;
 
 namespace Ui {
@@ -32,7 +31,6 @@ Q_SIGNALS:
 private:
     void showUnit();
     void connectControls();
-    void setUpExchanges();
     void showPlugged(bool pluggedIn);
     void plug(bool in);
     void replug();
@@ -41,7 +39,6 @@ private:
 
     SimulatedUnit &m_unit;
     std::unique_ptr<Ui::SimulatorPanel> m_ui;
-    ExchangeModel *m_exchanges;
 };
 
 } // namespace kavelo

@@ -12,12 +12,10 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLabel>
-#include <QPalette>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
 
-#include <array>
 #include <memory>
 
 namespace {
@@ -27,9 +25,6 @@ struct Options
     kavelo::UnitOptions unit;
     QCommandLineOption unplugged{QStringLiteral("unplugged"),
                                  QStringLiteral("Start with the unit unplugged.")};
-    QCommandLineOption palette{QStringLiteral("palette"),
-                               QStringLiteral("Colours: light, dark or contrast (light)."),
-                               QStringLiteral("name"), QStringLiteral("light")};
     QCommandLineOption tour{
         QStringLiteral("tour"),
         QStringLiteral("Go round all windows, save their pictures in <folder>, and quit."),
@@ -41,41 +36,6 @@ void setUp(kavelo::SimulatedUnit &unit, const QCommandLineParser &parser, const 
     options.unit.apply(parser, unit);
     if (!parser.isSet(options.unplugged)) {
         kavelo::bus::plugIn(unit);
-    }
-}
-
-/// The colours that a palette is made of, and that Qt can't derive from each other.
-struct Colours
-{
-    QString name;
-    QColor window;
-    QColor base;
-    QColor disabledText;
-    QColor highlight;
-};
-
-QPalette paletteOf(const Colours &colours)
-{
-    QPalette palette(colours.window); // derives the colours of text and shadows
-    palette.setColor(QPalette::Base, colours.base);
-    palette.setColor(QPalette::AlternateBase, colours.base);
-    palette.setColor(QPalette::Highlight, colours.highlight);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(QPalette::Disabled, role, colours.disabledText);
-    }
-    return palette;
-}
-
-void setPalette(const QString &name)
-{
-    const std::array<Colours, 2> palettes{{
-        {QStringLiteral("dark"), 0x353535U, 0x232323U, 0x909090U, 0x2a6fb0U},
-        {QStringLiteral("contrast"), Qt::black, 0x303030U, Qt::green, Qt::magenta},
-    }};
-    for (const Colours &colours : palettes) {
-        if (colours.name == name) {
-            QApplication::setPalette(paletteOf(colours));
-        }
     }
 }
 
@@ -128,12 +88,11 @@ int main(int argc, char *argv[])
     parser.setApplicationDescription(QStringLiteral("The Kavelo utility on a simulated unit."));
     const QCommandLineOption help = parser.addHelpOption();
     options.unit.addTo(parser);
-    parser.addOptions({options.unplugged, options.palette, options.tour});
+    parser.addOptions({options.unplugged, options.tour});
     answerHelp(parser, help, argc, argv);
     QApplication application(argc, argv);
     QApplication::setWindowIcon(kavelo::applicationIcon());
     parser.process(application);
-    setPalette(parser.value(options.palette));
 
     kavelo::SimulatedUnit unit;
     setUp(unit, parser, options);

@@ -1,0 +1,53 @@
+#include "ExchangeList.h"
+
+#include "ExchangeText.h"
+
+#include <QFontDatabase>
+#include <QHeaderView>
+
+namespace kavelo {
+namespace {
+
+enum Column { Time, CommandName, Request, Reply };
+
+} // namespace
+
+ExchangeList::ExchangeList(QWidget *parent)
+    : QTreeWidget(parent)
+{
+    setHeaderLabels({QStringLiteral("Time"), QStringLiteral("Command"), QStringLiteral("Request"),
+                     QStringLiteral("Reply")});
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setResizeContentsPrecision(0); // the rows that can be seen
+}
+
+void ExchangeList::record(const Exchange &exchange)
+{
+    if (exchange.number > m_lastNumber) {
+        append(exchange);
+    } else if (QTreeWidgetItem *row = rowOf(exchange)) {
+        row->setText(Reply, replyText(exchange));
+    }
+}
+
+void ExchangeList::append(const Exchange &exchange)
+{
+    if (topLevelItemCount() == MaxRows) {
+        delete topLevelItem(0);
+    }
+    auto *row = new QTreeWidgetItem(this, {timeText(exchange), commandText(exchange),
+                                           hexText(exchange.request), replyText(exchange)});
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    row->setFont(Request, fixed);
+    row->setFont(Reply, fixed);
+    m_lastNumber = exchange.number;
+    scrollToItem(row);
+}
+
+QTreeWidgetItem *ExchangeList::rowOf(const Exchange &exchange) const
+{
+    const int rowsBehind = m_lastNumber - exchange.number;
+    return topLevelItem(topLevelItemCount() - 1 - rowsBehind);
+}
+
+} // namespace kavelo
