@@ -118,13 +118,13 @@ TEST_F(WaitTest, ADialogKeepsItsEditThroughARestore)
         tryToWrite();
         box.button(QMessageBox::Ok)->click();
     });
-    restoreItem()->trigger();
-    tryToWrite();
-    whenRequested(2, tryToWrite);
     boxes.reactWith([&](QMessageBox &box) {
         tryToWrite();
         box.button(QMessageBox::Ok)->click();
     });
+    whenRequested(2, tryToWrite);
+    restoreItem()->trigger();
+    tryToWrite();
     ASSERT_TRUE(waitUntil([&] { return boxes.isDone() && dialog()->isEnabled(); }));
     EXPECT_EQ(boxes.messages().last(), Restored);
     EXPECT_TRUE(choice->isChecked());
