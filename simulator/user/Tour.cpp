@@ -336,6 +336,7 @@ QMenu &Tour::menu()
 
 void Tour::chooseFromMenu(int item)
 {
+    QTest::qWait(PressesTakenAfter); // a window may only just have gone
     menu().popup(m_window.mapToGlobal(QPoint(0, m_window.menuBar()->height())));
     for (int i = 0; i <= item; ++i) {
         QTest::keyClick(&menu(), Qt::Key_Down);
