@@ -399,13 +399,13 @@ TEST_F(Hidraw, ComparesTheSetByItselfWhereUdevDoesNotRunAndSaysSoOnce)
     testing::internal::CaptureStderr();
     EXPECT_FALSE(manager->open());
     followArrivals();
-    unit.emplace();
+    plugInAnew();
     EXPECT_TRUE(waitUntil([&] { return !arrivals.empty(); }));
     unit.reset();
     EXPECT_TRUE(waitUntil([&] { return !removals.empty(); }));
     udevRuns = true;
     EXPECT_TRUE(waitUntil([&] { return !retryTimer().isActive(); }));
-    unit.emplace();
+    plugInAnew();
     settle();
     EXPECT_EQ(arrivals.size(), 2U);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),

@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -18,7 +19,8 @@ class KernelDevice : public PluggedDevice
 public:
     [[nodiscard]] static bool isAvailable()
     {
-        return ::access("/dev/uhid", R_OK | W_OK) == 0 && ::access("/run/udev/control", F_OK) == 0;
+        return ::access("/dev/uhid", R_OK | W_OK) == 0 &&
+               std::filesystem::exists("/run/udev/control");
     }
 
     explicit KernelDevice(const DeviceKind &kind)
