@@ -46,8 +46,8 @@ void addColumn(QWidget &parent, int left, const char *name)
 
 } // namespace
 
-/// A program whose window shows the same as the utility without a unit, for comparison. What the
-/// utility needs in addition is the cost of its own code.
+/// A program whose window shows the same as that of the utility without a unit, for comparison. The
+/// difference between the two is the cost of the utility's own code.
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);

@@ -1,8 +1,7 @@
 #include <QApplication>
 #include <QWidget>
 
-/// A program with an empty window. It needs the least that any program with a window needs, for
-/// comparison.
+/// A program with an empty window: the least that any program with a window needs, for comparison.
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);
