@@ -32,8 +32,9 @@ inline bool StandardSettingDialogOpen = false;
 /// The open Standard dialog must close because its unit has gone. Set by the link; cleared by the
 /// dialog, and by the main window before it opens a dialog.
 inline bool CloseStandardSetting = false;
-/// A report has arrived while no request was open. Replies may therefore have been assigned to the
-/// wrong requests. Set by the link, cleared by the main window before it reads, writes or restores.
+/// A report has arrived that was not due as a reply. Replies may therefore have been assigned to
+/// the wrong requests. Set by the link, cleared by the main window before it reads, writes or
+/// restores.
 inline bool UnexpectedReply = false;
 
 // Set while the callback of that name runs, so that it does not run again inside itself. Only the
@@ -104,7 +105,7 @@ public:
     void close();
 
 private:
-    /// A request that has been sent, and its outcome so far.
+    /// A request that has been sent, and its outcome.
     struct Exchange
     {
         enum class Outcome { Waiting, Answered, TimedOut, Abandoned };
