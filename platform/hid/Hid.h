@@ -85,8 +85,8 @@ public:
     [[nodiscard]] virtual std::vector<DeviceRef> copyDevices() = 0;
 
     /// Registers the only arrival callback; null unregisters it. Devices that are already present
-    /// are announced to it too, later and from the event loop. So no unit is missed between a
-    /// search and the registration.
+    /// are also announced to it, later and from the event loop. So a unit that arrives before the
+    /// registration is not missed.
     virtual void registerDeviceMatchingCallback(DeviceCallback callback, void *context) = 0;
 
     /// Registers the only removal callback; null unregisters it. It is called once for each removed

@@ -49,8 +49,8 @@ private:
     Udev m_udev;
     UdevMonitor m_monitor;
     std::unique_ptr<QSocketNotifier> m_monitorNotifier;
-    /// Calls rescan(). Runs only while a node is refused or udev does not work, because no event
-    /// tells when that ends.
+    /// Calls rescan(). Runs only while a node is refused or udev does not work: no event announces
+    /// the end of such a problem.
     QTimer m_retry{this};
     bool m_complained = false;
 };
