@@ -76,7 +76,7 @@ std::uint8_t AdvancedKeyOutputPage::chosenModifiers() const
 
 void AdvancedKeyOutputPage::okButtonPressed_KO(const PedalRow &pedal)
 {
-    // The output mode of the pedal is not changed, whatever it is.
+    // The output mode of the pedal stays unchanged, even when it is not the key output.
     const int row = m_ui->RadioButtonModifiers_KO->checkedId();
     pedal.commonData[0] = row == NoModifiers ? std::uint8_t{0} : chosenModifiers();
     pedal.commonData[1] = row == OnlyModifiers

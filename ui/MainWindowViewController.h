@@ -148,7 +148,7 @@ private:
     /// Number of silent reads since the last read with messages, write or restore.
     int m_silentLooks = 0;
     /// The last read, write or restore failed. The unit is read once more, without messages, to
-    /// show what it really holds.
+    /// show the settings that it holds.
     bool m_readAgain = false;
     bool m_isReading = false;
     Activity m_activity = Activity::Idle;
