@@ -82,7 +82,8 @@ public:
     /// Brings an open dialog to the front. Returns whether there is one.
     [[nodiscard]] bool raiseDialog();
     /// Opens the Advanced dialog for the pedal given by `SelectedPedalNo` and `PedalName`. The
-    /// dialog sends a setting only while `SettingEnabled` is true.
+    /// dialog sends a setting only while `SettingEnabled` is true. The caller first checks with
+    /// raiseDialog() that no dialog is open.
     void SetPedal2Advanced_clicked();
 
 protected:

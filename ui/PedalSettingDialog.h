@@ -37,8 +37,7 @@ public:
 protected:
     virtual void viewDidLoad() = 0;
     /// Shows the loaded dialog and returns at once. The dialog is not modal, so that the main
-    /// window can still be closed and the program quit. The main window opens no second dialog
-    /// beside it.
+    /// window can still be closed and the program quit. At most one dialog is open at a time.
     virtual void appear() { show(); }
     virtual void viewWillDisappear() {}
     /// Whether the program, and not the user, is closing the dialog.
