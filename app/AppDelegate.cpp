@@ -14,7 +14,8 @@ AppDelegate::AppDelegate(QApplication &application)
     QTimer::singleShot(0, this, &AppDelegate::applicationDidFinishLaunching);
 }
 
-// There is nothing to prepare and nothing to save: all settings live in the unit.
+// All settings are stored in the unit. Nothing is loaded at the start, and nothing is saved at the
+// end.
 
 void AppDelegate::applicationDidFinishLaunching() {}
 

@@ -9,7 +9,8 @@ namespace kavelo {
 
 class MenuClass;
 
-/// The application's delegate: holds the menu handler and says when the application ends.
+/// The application's delegate. It refers to the menu handler and ends the application when the last
+/// window is closed.
 class AppDelegate : public QObject
 {
     Q_OBJECT
@@ -17,7 +18,7 @@ class AppDelegate : public QObject
 public:
     explicit AppDelegate(QApplication &application);
 
-    /// The menu handler; null until there is one.
+    /// The menu handler. Null until main() has set it.
     QPointer<MenuClass> menu;
 
     void applicationDidFinishLaunching();

@@ -4,8 +4,8 @@
 
 namespace kavelo {
 
-/// The program's icon. The program carries it, so that its windows have it also when it is not
-/// installed.
+/// The program's icon. It is compiled into the program, so that the windows have an icon even when
+/// the program is not installed.
 [[nodiscard]] QIcon applicationIcon();
 
 } // namespace kavelo

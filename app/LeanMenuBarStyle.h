@@ -5,9 +5,9 @@
 
 namespace kavelo {
 
-/// The desktop's style, but for the picture of the button behind which a menu bar puts the menus
-/// that it has no room for. Ours has one menu, and to load a picture that is never seen Qt would
-/// load all of its image format plugins at the start.
+/// The desktop's style without the icon of the menu bar's overflow button. The menu bar has one
+/// menu and never shows that button. Loading the icon would make Qt load all of its image format
+/// plugins at the start.
 class LeanMenuBarStyle : public QProxyStyle
 {
     Q_OBJECT

@@ -30,7 +30,8 @@ MenuClass::MenuClass(MenuItems items)
 
 bool MenuClass::eventFilter(QObject * /*watched*/, QEvent *event)
 {
-    // The item's shortcut, also in the dialogs and boxes, where a main window's shortcuts are dead.
+    // Handles the shortcut of the Quit item for every window. The item's own shortcut works only in
+    // the main window, not in dialogs and message boxes.
     if (event->type() == QEvent::KeyPress &&
         static_cast<QKeyEvent *>(event)->matches(QKeySequence::Quit)) {
         m_items.ExitToolStripMenuItem->trigger();

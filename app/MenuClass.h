@@ -12,16 +12,16 @@ class MenuClass : public QObject
     Q_OBJECT
 
 public:
-    /// Connects the items with their commands.
+    /// Connects each item to its command.
     explicit MenuClass(MenuItems items);
 
-    /// Asks for a restore of the factory settings; the main window's next tick carries it out.
+    /// Requests a restore of the factory settings. The main window's next tick carries it out.
     void InitialStateToolStripMenuItem_Click();
     /// Ends the process at once with exit status 0.
     void ExitToolStripMenuItem_Click();
-    /// Tells where the quick start guide is to be had.
+    /// Shows the address of the quick start guide.
     void QuickStartGuideToolStripMenuItem_Click();
-    /// Tells the program's name and version.
+    /// Shows the program's name and version.
     void VersionInformationToolStripMenuItem_Click();
 
     bool eventFilter(QObject *watched, QEvent *event) override;

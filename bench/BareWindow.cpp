@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int ColumnDistance = 225; // in pixels, like all others
+constexpr int ColumnDistance = 225; // in pixels, as all lengths here
 
 void fillMenu(QMenuBar &menuBar)
 {
@@ -31,7 +31,8 @@ void addButton(QWidget &parent, QRect place, const char *title)
     button->setEnabled(false);
 }
 
-/// Without a unit the utility hides its text boxes and shows three columns of five.
+/// Adds one column. Without a unit the utility hides its text boxes and shows three of its five
+/// columns.
 void addColumn(QWidget &parent, int left, const char *name)
 {
     addLabel(parent, {left, 70, 200, 24}, name);
@@ -45,8 +46,8 @@ void addColumn(QWidget &parent, int left, const char *name)
 
 } // namespace
 
-/// The least that a program takes whose window shows the same as the utility's without a unit,
-/// for comparison: what the utility takes above this is its own.
+/// A program whose window shows the same as that of the utility without a unit, for comparison. The
+/// difference between the two is the cost of the utility's own code.
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);

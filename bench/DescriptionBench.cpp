@@ -7,8 +7,8 @@
 namespace kavelo {
 namespace {
 
-// By output mode, a record whose text is long: every line, all modifiers, the longest names.
-// Usage 94 is a keypad key with an arrow in its name, 237 a mouse button usage.
+// A record for each output mode that gives a long text: all lines, all modifiers, long names. Usage
+// 94 is a keypad key with an arrow in its name, usage 237 a mouse button usage.
 constexpr auto HeavyRecords = std::to_array<CommonRecord>({
     {0xFF, 94},
     {7},
@@ -24,7 +24,7 @@ constexpr auto HeavyRecords = std::to_array<CommonRecord>({
 });
 static_assert(HeavyRecords.size() == NumberOfModes);
 
-/// Outputs 2 to 10 of mode 9 are as heavy as its first.
+/// Sets pedal 0 to the record of the mode. Outputs 2 to 10 of mode 9 are as long as its first one.
 void setPedal(std::uint8_t mode)
 {
     OutputMode[0] = mode;

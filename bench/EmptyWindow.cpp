@@ -1,7 +1,7 @@
 #include <QApplication>
 #include <QWidget>
 
-/// The least that a program with a window takes, for comparison.
+/// A program with an empty window: the least that any program with a window needs, for comparison.
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);

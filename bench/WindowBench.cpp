@@ -15,7 +15,8 @@ namespace {
 
 using std::chrono::steady_clock;
 
-/// The main window with a five-pedal unit, which has a sequence on every pedal.
+/// The main window and a unit with five pedals. Every pedal has ten outputs in mode 9, the setting
+/// that takes longest to read.
 struct Bench
 {
     explicit Bench(std::chrono::milliseconds replyDelay = {})
@@ -42,11 +43,12 @@ std::chrono::milliseconds delayOf(const benchmark::State &state)
     return std::chrono::milliseconds(state.range(0));
 }
 
-/// Of a read: the version, the number of pedals, and for each of five pedals its record and five
-/// pieces of its block.
+/// Number of exchanges of a read: the version, the number of pedals, and for each of the five
+/// pedals its record and five pieces of its block.
 constexpr int ExchangesOfRead = 32;
 
-/// The unit's own time for the exchanges of a read, with nobody but an event loop at the other end.
+/// The time that the simulated unit needs for the exchanges of a read, without the link and the
+/// window.
 void unitAlone(benchmark::State &state)
 {
     SimulatedUnit unit;
@@ -64,7 +66,7 @@ void unitAlone(benchmark::State &state)
     }
 }
 
-/// From the change flag being handled to the last row enabled.
+/// The time from the start of a read until the last row is enabled.
 void read(benchmark::State &state)
 {
     Bench bench(delayOf(state));
@@ -74,7 +76,7 @@ void read(benchmark::State &state)
     }
 }
 
-/// From the dialog's OK to the box that tells the success: two exchanges.
+/// The time from OK in a dialog until the success message: two exchanges.
 void write(benchmark::State &state)
 {
     Bench bench(delayOf(state));
@@ -92,7 +94,7 @@ void write(benchmark::State &state)
     }
 }
 
-/// From the answer to the question to the box that tells the success: six exchanges.
+/// The time from the answer to the question until the success message: six exchanges.
 void restore(benchmark::State &state)
 {
     Bench bench(delayOf(state));
@@ -123,7 +125,7 @@ BENCHMARK(read)->Apply(withDelays)->UseRealTime();
 BENCHMARK(write)->Apply(withDelays)->UseManualTime();
 BENCHMARK(restore)->Apply(withDelays)->UseManualTime();
 
-/// The CPU time of a wait that nothing answers, with the main window's ticks going on.
+/// The CPU time of an exchange that times out, including the ticks of the main window.
 void timeout(benchmark::State &state)
 {
     Bench bench;

@@ -1,5 +1,5 @@
-# Makes faults in memory harder to exploit, in every optimised build, whoever makes it. What the
-# compiler, its options or the environment say themselves stays as they say it.
+# Compiler and linker options that make memory errors harder to exploit, for every optimised build.
+# An option that the compiler, its flags or the environment already set keeps its value.
 
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
@@ -8,10 +8,10 @@ include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
-# Sets the variable to whether the preprocessor finds the condition true in this build.
+# Sets the variable to whether the preprocessor condition is true in this build.
 function(kavelo_check variable condition)
   set(CMAKE_TRY_COMPILE_CONFIGURATION ${CMAKE_BUILD_TYPE})
-  unset(${variable} CACHE) # the type of the build may have changed
+  unset(${variable} CACHE) # the build type may have changed
   check_cxx_source_compiles("
     #if !(${condition})
     #error
@@ -28,7 +28,7 @@ kavelo_check(KAVELO_IS_FORTIFIED "defined _FORTIFY_SOURCE")
 if(NOT KAVELO_IS_FORTIFIED)
   target_compile_definitions(kavelo_options INTERFACE _FORTIFY_SOURCE=2)
 endif()
-# A processor has one of the last two.
+# -fcf-protection exists for x86 only, -mbranch-protection for Arm only.
 foreach(flag IN ITEMS
     -fstack-protector-strong -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
   string(REGEX REPLACE "^-[fm]|-strong$|=.*$" "" name ${flag})

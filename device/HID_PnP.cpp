@@ -11,9 +11,9 @@
 namespace kavelo {
 namespace {
 
-/// How long a reply is waited for.
+/// How long an exchange waits for its reply.
 constexpr std::chrono::milliseconds ReplyTime = TimeoutTicks * TickPeriod;
-/// How much later than that it may still come in.
+/// How long after that timeout the reply may still arrive.
 constexpr std::chrono::milliseconds Lateness{1000};
 
 } // namespace
@@ -45,7 +45,7 @@ void HID_PnP::NewDeviceDetected()
         return;
     }
     m_myDevice = devices.front();
-    abandonExchange(); // it waits for a unit that has gone, while this one waits to be read
+    abandonExchange(); // its unit has gone: its timeout must not delay reading the new unit
     isConnected = true;
     m_myDevice->registerInputReportCallback(InputPacketBuffer, &MyInputCallback, this);
     m_hidManager->registerDeviceRemovalCallback(&MyRemovalCallback, this);
@@ -69,7 +69,7 @@ void HID_PnP::DeviceRemoved()
 
 bool HID_PnP::Communicate(std::uint8_t CommunicationCommand, bool MessageOn)
 {
-    hid::Report request = OutputPacketBuffer; // other senders may fill the buffer during the waits
+    hid::Report request = OutputPacketBuffer; // the waits may let other senders fill the buffer
     request[0] = CommunicationCommand;
     if (!waitForTurn()) {
         return true;
@@ -91,7 +91,7 @@ bool HID_PnP::Communicate(std::uint8_t CommunicationCommand, bool MessageOn)
     if (exchange.outcome != Exchange::Outcome::Answered) {
         return true;
     }
-    InputPacketBuffer = exchange.reply; // reports may have come in since
+    InputPacketBuffer = exchange.reply; // later reports may have overwritten it
     return false;
 }
 
@@ -111,8 +111,8 @@ void HID_PnP::Communicate_AdditionalData()
     }
 }
 
-/// Lets a running exchange end and a late reply come in. Returns whether the unit that was held at
-/// the call is held still.
+/// Waits until no other exchange runs and no late reply is due. Returns whether the unit that was
+/// held at the call is still held.
 bool HID_PnP::waitForTurn()
 {
     const hid::DeviceRef unit = m_myDevice;
@@ -125,8 +125,8 @@ bool HID_PnP::waitForTurn()
 bool HID_PnP::send(const hid::Report &request)
 {
     OutputPacketBuffer = request;
-    // A report that came in before the request is no reply to it; the reply itself can't come in
-    // before the event loop runs.
+    // A report that arrived before the request is not the reply. The reply itself can only arrive
+    // when the event loop runs.
     Flag_input = false;
     return m_myDevice->setReport(OutputPacketBuffer);
 }

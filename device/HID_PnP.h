@@ -14,50 +14,57 @@ namespace kavelo {
 
 class HID_PnP;
 
-// What the link tells the rest of the program. The link never calls the windows; they poll.
+// State that the link shares with the rest of the program. The link never calls the windows: they
+// poll these variables.
 
-/// The link that the device callbacks forward to. Set and cleared by the link itself.
+/// The link to which the device callbacks forward. Set and cleared by the link itself.
 inline HID_PnP *selfRef = nullptr;
-/// A unit is held. Set by the link; enables the restore menu item.
+/// A unit is held. Set by the link, read by the main window, which enables the restore menu item.
 inline bool isConnected = false;
 /// The unit is present. Set by the link, read by the update loop.
 inline bool DeviceDetected = false;
-/// A connection change waits to be handled. Set by the link, cleared by the update loop.
+/// The main window has to read the unit anew. Set by the link when a unit arrives or goes, and by
+/// the main window when a run was overtaken by another one. Cleared by the update loop.
 inline bool DeviceDetectedChanged = false;
-/// The Standard dialog is open. Set by the editing flow, cleared by the dialog, read by the link.
+/// The Standard dialog is open. Set by the main window, cleared by the dialog, read by both and the
+/// link.
 inline bool StandardSettingDialogOpen = false;
-/// The open Standard dialog must close, its unit is gone. Set by the link, cleared by the dialog.
+/// The open Standard dialog must close because its unit has gone. Set by the link; cleared by the
+/// dialog, and by the main window before it opens a dialog.
 inline bool CloseStandardSetting = false;
-/// A report has come in that nobody waits for, so replies may have been taken for one another's.
-/// Set by the link, cleared by the main window before it reads, writes or restores.
+/// A report has arrived that was not due as a reply. Replies may therefore have been assigned to
+/// the wrong requests. Set by the link, cleared by the main window before it reads, writes or
+/// restores.
 inline bool UnexpectedReply = false;
 
-// Guards of the callbacks against re-entry; set and read by the callbacks only.
+// Set while the callback of that name runs, so that it does not run again inside itself. Only the
+// callbacks use these.
 inline bool flag_MyNewDeviceCallback = false;
 inline bool flag_MyRemovalCallback = false;
 
 // State of the running exchange, set by the link only.
 
-/// A request is out and its exchange is not finished. A one-way request leaves it set.
+/// A request has been sent and its exchange has not finished. A one-way request leaves the flag
+/// set.
 inline bool Flag_send = false;
-/// A report has come in since the last request was sent.
+/// A report has arrived since the last request was sent.
 inline bool Flag_input = false;
-/// The last exchange ran out of time.
+/// The last exchange timed out.
 inline bool Flag_timeout = false;
-/// Ticks that the current reply has been waited for.
+/// Number of ticks for which the running exchange has waited for its reply.
 inline int Count_timeout = 0;
 
-/// The device link: finds the unit, follows its arrival and removal, and carries out one command
-/// exchange at a time. It holds at most one unit; while it holds one it listens for removals, else
-/// for arrivals.
+/// The device link. It finds the unit, follows its arrival and removal, and carries out one command
+/// exchange at a time. It holds at most one unit. While it holds a unit it listens for removals,
+/// otherwise for arrivals.
 class HID_PnP : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(HID_PnP)
 
 public:
-    /// Opens the HID manager and looks for a unit at once, so that a connection change is pending
-    /// afterwards whether or not there is one.
+    /// Opens the HID manager and looks for a unit at once. Afterwards DeviceDetectedChanged is set,
+    /// whether or not a unit was found.
     explicit HID_PnP(QObject *parent = nullptr);
     ~HID_PnP() override;
 
@@ -65,42 +72,45 @@ public:
     /// The held unit; null when there is none.
     [[nodiscard]] const hid::DeviceRef &myDevice() const { return m_myDevice; }
 
-    /// Releases the held unit, if any, and waits for the next one.
+    /// Releases the held unit, if any, and listens for the next arrival.
     void DeviceRemoved();
-    /// Takes the first matching device into use, or does as DeviceRemoved() when there is none.
+    /// Holds the first matching device. Acts as DeviceRemoved() when there is none.
     void NewDeviceDetected();
 
     /// Exchanges one command with the unit. The caller has filled OutputPacketBuffer from byte 1
-    /// on; the reply is in InputPacketBuffer afterwards. The request is sent once no other exchange
-    /// runs and no late reply is due. The reply is waited for during 30 ticks of 0.1 s. All waiting
-    /// runs the event loop, inside of which anything may happen, also another exchange.
+    /// on; the reply is in InputPacketBuffer afterwards. The request is sent when no other exchange
+    /// runs and no late reply is due. The link then waits for the reply for 30 ticks of 0.1 s. Both
+    /// waits run the event loop, so any event may be handled inside this call, including another
+    /// exchange.
     ///
-    /// Returns true on failure: no unit, the send was refused ("sending error"), no reply in time
-    /// ("timeout"), or the unit has changed or the link was closed meanwhile. With `MessageOn` a
-    /// refused send and a timeout are shown in a message box.
+    /// Returns true on failure: there is no unit, the unit goes before the request is sent, the
+    /// send is refused, no reply arrives in time, another unit arrives, or close() is called. With
+    /// `MessageOn` a refused send and a timeout are shown in a message box ("sending error",
+    /// "timeout"); the other failures are not.
     bool Communicate(std::uint8_t CommunicationCommand, bool MessageOn);
 
-    /// One tick of the running exchange; the only place that finds its reply or its timeout.
+    /// One tick of the running exchange. Only this function ends an exchange with its reply or with
+    /// a timeout.
     void check_INPUT();
 
-    /// Asks for a piece (`DataNo`) of the selected pedal's additional block without waiting for
-    /// the reply, which nothing stores. Waits before the send as an exchange does.
+    /// Requests piece `DataNo` of the selected pedal's additional block. It waits before it sends,
+    /// as Communicate() does, but it does not wait for the reply, which is not stored.
     void Communicate_AdditionalData();
 
-    /// Takes note of an input report, whose bytes are in InputPacketBuffer already.
+    /// Handles one input report, whose bytes are already in InputPacketBuffer.
     void PacketReceived();
 
-    /// Ends the link for good: lets the unit go and makes a running exchange fail without a
-    /// message. For a program that is about to end; the flags stay as they are.
+    /// Closes the link for good. The unit is released, and a running exchange fails without a
+    /// message. The shared flags keep their values. Called when the program is about to end.
     void close();
 
 private:
-    /// A request that has been sent and what comes of it.
+    /// A request that has been sent, and its outcome.
     struct Exchange
     {
         enum class Outcome { Waiting, Answered, TimedOut, Abandoned };
 
-        hid::DeviceRef unit; ///< that got the request
+        hid::DeviceRef unit; ///< the unit to which the request was sent
         Outcome outcome = Outcome::Waiting;
         hid::Report reply{};
     };
@@ -115,17 +125,17 @@ private:
 
     std::unique_ptr<hid::Manager> m_hidManager;
     hid::DeviceRef m_myDevice;
-    /// Ticks while an exchange waits for its reply.
+    /// Calls check_INPUT() at every tick while an exchange waits for its reply.
     QTimer m_poll{this};
-    /// The exchange that waits for its reply; null when none does.
+    /// The exchange that waits for its reply; null when there is none.
     Exchange *m_running = nullptr;
-    /// Until then the reply to a request that nobody waits for any more may come in. Replies name
-    /// no request, so nothing is sent before.
+    /// Until this deadline a reply may still arrive that no exchange waits for: a late reply, or
+    /// the reply to a one-way request. A reply does not say which request it answers, so nothing is
+    /// sent before that reply or the deadline.
     QDeadlineTimer m_replyOwed;
 };
 
-// The callbacks that the link registers. They reach the link through selfRef, because a callback
-// may still be on its way when the link is gone.
+// The callbacks that the link registers. They forward to `selfRef` and do not use their context.
 
 void MyNewDeviceCallback(void *context, const hid::DeviceRef &device);
 void MyRemovalCallback(void *context, const hid::DeviceRef &device);

@@ -25,13 +25,14 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
-/// How long after a request its reply can still not be taken for a later one's: the exchange's own
-/// wait, and the second for which the link then sends nothing. After a one-way request it sends
-/// nothing for 3 s. Ticks may come a little early.
+/// How long after its request a reply is certain to be assigned to the right request. For an
+/// exchange this is its wait of 3 s and another second in which the link sends nothing. After a
+/// one-way request the link sends nothing for 3 s. Both times are reduced by 0.2 s, because timers
+/// may fire a little early.
 constexpr milliseconds ExchangePatience{3800};
 constexpr milliseconds OneWayPatience{2800};
 
-/// Until the next event, by the lower bits of an argument.
+/// Time until the next event, chosen by the lower bits of an argument.
 constexpr std::array<milliseconds, 8> Pauses{0ms, 0ms, 1ms, 30ms, 110ms, 900ms, 2900ms, 4100ms};
 constexpr std::array<milliseconds, 4> Delays{0ms, 1ms, 30ms, 2500ms};
 constexpr std::array<milliseconds, 4> Latenesses{2990ms, 3100ms, 4000ms, 7000ms};
@@ -47,26 +48,27 @@ auto &pick(Table &table, unsigned argument)
     return table.at(argument % table.size());
 }
 
-/// How many boxes the link has shown.
+/// Number of message boxes that the link has shown.
 int boxesShown = 0;
 
-/// A unit and, of each request that it still has to answer, how long the reply is no other's.
+/// A unit, and a deadline for each request that it has not answered yet. Until the deadline its
+/// reply must be assigned to the right request.
 struct TracedUnit
 {
     SimulatedUnit unit;
     std::deque<QDeadlineTimer> pending;
 };
 
-/// An exchange that can be told from others, by byte 1 of its request.
+/// An exchange that is identified by byte 1 of its request.
 struct TaggedExchange
 {
-    bus::AttachmentRef unit; ///< that it is meant for
+    bus::AttachmentRef unit; ///< the unit to which the request must go
     hid::Report request;
     std::vector<hid::Report> replies;
 };
 
-/// One link and two units, to which the input's events happen, most of them inside the waits of
-/// earlier ones.
+/// One link and two units, which the input controls by a sequence of events. Most events happen
+/// while an earlier exchange still waits.
 class LinkRun
 {
 public:
@@ -103,7 +105,8 @@ public:
     }
 
 private:
-    /// Two bytes: what happens; how, and when the next follows.
+    /// Carries out the next event. The first byte of an event selects its kind, the second one its
+    /// argument and the time until the next event.
     void nextEvent()
     {
         if (m_input.size() < 2) {
@@ -113,7 +116,7 @@ private:
         const unsigned what = m_input[0];
         const unsigned how = m_input[1];
         m_input = m_input.subspan(2);
-        m_next.start(pick(Pauses, how)); // due also inside a wait of this one
+        m_next.start(pick(Pauses, how)); // may fire while this event still waits
         pick(m_events, what)(how / unsigned{Pauses.size()});
     }
 
@@ -125,7 +128,7 @@ private:
         return device ? device->attachment() : nullptr;
     }
 
-    /// Carries out an exchange and checks, if it succeeds, that the reply is its own.
+    /// Carries out an exchange. When it succeeds, checks that the reply belongs to its request.
     [[nodiscard]] bool succeeds(std::uint8_t command, bool messageOn)
     {
         TaggedExchange &exchange = m_exchanges.at(++m_tag);
@@ -146,7 +149,7 @@ private:
     void note(TracedUnit &traced, const Exchange &exchange)
     {
         const std::uint8_t tag = exchange.request[1];
-        const bool isTagged = tag >= MaxPedals; // the pieces of a block are not
+        const bool isTagged = tag >= MaxPedals; // requests for a block are not tagged
         const bus::AttachmentRef unit = held();
         const bool isHeld = unit && unit->unit == &traced.unit;
         if (exchange.outcome == Exchange::Outcome::Waiting) {
@@ -196,12 +199,13 @@ private:
     bus::AttachmentRef m_dialogsUnit;
     std::uint8_t m_tag = MaxPedals;
     std::array<TaggedExchange, 256> m_exchanges;
-    /// How often something came in that a reply can't be told from: a report nobody asked for, or a
-    /// reply after the link's patience. Replies may be taken for others until none is due.
+    /// Number of reports that the link cannot distinguish from a reply: reports without a request,
+    /// and replies after the deadline. After one of them, replies may be assigned to the wrong
+    /// requests until no reply is due.
     int m_disturbances = 0;
     int m_disturbancesOver = 0;
 
-    /// What can happen.
+    /// The kinds of events.
     std::array<std::function<void(unsigned)>, 10> m_events{
         [this](unsigned how) {
             const bool messageOn = how % 2 == 1;
@@ -224,7 +228,7 @@ private:
         [this](unsigned how) {
             (bus::isPluggedIn(unit(how)) ? bus::unplug : bus::plugIn)(unit(how));
         },
-        [this](unsigned how) { // what nobody asked for
+        [this](unsigned how) { // a report without a request
             ++m_disturbances;
             Q_EMIT unit(how).inputReport({0xEE, 0xEE});
         },
@@ -250,7 +254,7 @@ private:
 } // namespace
 } // namespace kavelo
 
-/// Takes the place of the box: the user looks at it for a moment.
+/// Counts a message box instead of showing it. Runs the event loop, as a box does.
 void kavelo::alertBox(const QString & /*Message*/)
 {
     ++boxesShown;
@@ -263,7 +267,7 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
     return 0;
 }
 
-/// The input is what happens, two bytes each; see LinkRun.
+/// The input is a sequence of events of two bytes each; see LinkRun.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     kavelo::resetLinkState();

@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <tuple>
 
-/// The input is a mode, a common record and an additional block, those of the last pedal, so that
-/// a read past the arrays shows. What it lacks is zeros.
+/// The input is a mode, a common record and an additional block. Missing bytes are zeros. They are
+/// stored for the last pedal, so that AddressSanitizer sees a read beyond the arrays.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     using namespace kavelo;

@@ -1,5 +1,5 @@
-// Takes libFuzzer's place where it is not at hand: runs a fuzz target once on every file of the
-// folder that is named. An input that breaks something ends the process.
+// The main() of the replay tests, which do not need libFuzzer. It runs a fuzz target once on every
+// file of the folder given as argument. An input that violates a requirement aborts the process.
 
 #include <cstdint>
 #include <filesystem>

@@ -5,7 +5,7 @@
 
 namespace kavelo {
 
-/// Ends the process when something that must always hold does not; the fuzzer then keeps the input.
+/// Aborts the process when a requirement does not hold. The fuzzer then keeps the input.
 inline void require(bool holds, const char *what)
 {
     if (!holds) {

@@ -11,7 +11,7 @@ struct FactorySetting
 {
     std::uint8_t mode;
     std::array<std::uint8_t, 2> bytes;
-    std::size_t size; ///< how many of the bytes the setting has
+    std::size_t size; ///< number of bytes that the setting uses
 };
 
 constexpr auto FactorySettings = std::to_array<FactorySetting>({

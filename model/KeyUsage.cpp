@@ -23,7 +23,8 @@ bool hasRecord(int usageId)
     return usageId >= 0 && usageId <= Max_UsageID;
 }
 
-/// Where in `text`, in UTF-16 units, each of its characters begins and, last, where the text ends.
+/// The positions in `text`, in UTF-16 units, at which its characters begin, and the length of
+/// `text` as the last one.
 std::vector<qsizetype> characterBounds(const QString &text)
 {
     std::vector<qsizetype> bounds{0};
@@ -34,7 +35,7 @@ std::vector<qsizetype> characterBounds(const QString &text)
     return bounds;
 }
 
-/// Characters `first` to `last` of `text`, both included, which it must have.
+/// Characters `first` to `last` of `text`, both included. Both must exist.
 QString charactersOf(const QString &text, int first, int last)
 {
     const std::vector<qsizetype> bounds = characterBounds(text);
@@ -48,8 +49,8 @@ int numberOfCharacters(const QString &text)
     return static_cast<int>(characterBounds(text).size()) - 1;
 }
 
-// The name ends at the first "] ", so it may hold brackets itself; a record that is nothing but
-// level and name ends it one character before its own end.
+// A name may contain brackets: when an explanation follows, the name ends at the first "] ".
+// Otherwise it ends one character before the end of the record.
 QString nameIn(const QString &record)
 {
     const QString label = QStringLiteral("Name:[");
@@ -69,7 +70,8 @@ QString explanationIn(const QString &record)
                         numberOfCharacters(record) - 1);
 }
 
-// Finding characters is slow beside a description's worth of names, so every record is cut up once.
+// Finding character boundaries is slow, and a description needs many names, so every record is
+// split only once.
 const KeyWords &wordsOf(int usageId)
 {
     static const auto Words = [] {
@@ -107,7 +109,7 @@ QString GetKeyExplanation(int UsageID)
 int IndexOf(const QString &SearchFor, const QString &Keyword)
 {
     const std::vector<qsizetype> bounds = characterBounds(SearchFor);
-    // Units that match inside a character, such as a letter under an accent, are no match.
+    // A match inside a character, such as a letter without its combining accent, does not count.
     const auto isBound = [&bounds](qsizetype unit) {
         return std::binary_search(bounds.begin(), bounds.end(), unit);
     };

@@ -2,8 +2,9 @@
 
 namespace kavelo {
 
-// Usages 0 to 231 follow the HID keyboard/keypad page; 232 to 237 press and release the mouse
-// buttons. Usage 144 ends in "];" where the others end in "]", so that its name keeps a bracket.
+// Usages 0 to 231 are those of the HID keyboard/keypad page. Usages 232 to 237 press and release
+// the mouse buttons. The record of usage 144 ends in "];" instead of "]", so its name includes a
+// closing bracket.
 // clang-format off
 constinit const std::array<QStringView, NumberOfKeyUsageRecords> KeyUsageRecords = {
     // 0

@@ -8,9 +8,9 @@ namespace kavelo {
 
 constexpr std::size_t NumberOfKeyUsageRecords = 238;
 
-/// The record text of every usage ID. A record is "Level:" and a word of eight characters, one
-/// blank, "Name:[" name "]" and, where the usage has one, " Explanation:" and the explanation up to
-/// the end; the mouse button usages have no level.
+/// The record text of every usage ID. A record consists of "Level:" and a word of eight characters,
+/// a space, "Name:[", the name and "]". When the usage has an explanation, " Explanation:" and the
+/// explanation follow up to the end. The records of the mouse button usages have no level.
 extern const std::array<QStringView, NumberOfKeyUsageRecords> KeyUsageRecords;
 
 } // namespace kavelo

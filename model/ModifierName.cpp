@@ -12,7 +12,7 @@ struct ModifierPiece
     QStringView text;
 };
 
-// The small "(left)" of the left Shift is the name users know.
+// "(left)" of the left Shift has a small "l" on purpose: users know that name.
 constexpr std::array<ModifierPiece, 8> Pieces = {{
     {LeftControl, u"(Left)control+"},
     {LeftShift, u"(left)shift+"},

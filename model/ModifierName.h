@@ -17,7 +17,8 @@ enum ModifierBit : std::uint8_t {
     RightCommand = 0x80,
 };
 
-/// The names of all modifiers set in the byte, joined by "+" in bit order; empty when none is set.
+/// The names of all modifiers whose bit is set, joined by "+" in bit order. Empty when no bit is
+/// set.
 [[nodiscard]] QString GetModifierName(std::uint8_t ModifierByte);
 
 } // namespace kavelo

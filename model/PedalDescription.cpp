@@ -26,12 +26,12 @@ struct DirectionWord
     QStringView word;
 };
 
-/// The fields that a repeated output has at the end of its record.
+/// The last fields of the record of a repeated output.
 struct Repeated
 {
     bool accelerationOn;
     int numberOfRepeats; // 0 = until the pedal is released
-    int speed;           // in the mode's unit
+    int speed;           // the unit depends on the mode
     int accelerationIndex;
 };
 
@@ -50,7 +50,7 @@ constexpr std::array<DirectionWord, 8> PointerDirections = {{
 }};
 constexpr QStringView UnknownDirection = u"-----";
 
-// By button mask: 1 left, 2 right, 4 middle.
+// Indexed by the button mask: 1 left, 2 right, 4 middle.
 constexpr std::array<QStringView, 8> ClickWords = {
     u"Unexpected click",
     u"Left",
@@ -68,7 +68,7 @@ void addLine(QString &text, QStringView label, QStringView value = {}, QStringVi
     text.append(u"\r\n").append(label).append(value).append(end);
 }
 
-/// The name of a single button, empty for any other mask.
+/// The name of the button in the mask. Empty when the mask is not exactly one button.
 QStringView buttonWord(std::uint8_t clickButton)
 {
     return clickButton < ButtonWords.size() ? ButtonWords.at(clickButton) : QStringView();
@@ -98,7 +98,7 @@ void addModifier(QString &text, std::uint8_t modifierByte)
             modifierByte == 0 ? QStringLiteral("none") : GetModifierName(modifierByte));
 }
 
-/// The key with its explanation and its modifiers. Usage 0 is named "none".
+/// Adds the key, its explanation and its modifiers. Usage 0 has the name "none".
 void addKey(QString &text, QStringView label, std::uint8_t usageId, std::uint8_t modifierByte)
 {
     if (usageId > Max_KeyUsageID) {
@@ -110,7 +110,7 @@ void addKey(QString &text, QStringView label, std::uint8_t usageId, std::uint8_t
     addModifier(text, modifierByte);
 }
 
-/// The lengths of a double click, which three bytes of the record give from `first` on.
+/// Adds the lengths of a double click: three bytes of the record, from byte `first` on.
 void addDoubleClickLengths(QString &text, const CommonRecord &common, std::size_t first)
 {
     addLine(text, u"[First click length] ", QString::number(common.at(first)), u" ms");
@@ -120,7 +120,7 @@ void addDoubleClickLengths(QString &text, const CommonRecord &common, std::size_
     addLine(text, u"[Length between clicks] ", QString::number(common.at(first + 2)), u" ms");
 }
 
-/// The seven bytes from `first` on.
+/// Reads the fields from the seven bytes of the record from byte `first` on.
 Repeated repeatedIn(const CommonRecord &common, int first)
 {
     return {.accelerationOn = common.at(static_cast<std::size_t>(first)) != 0,
@@ -167,7 +167,7 @@ void addSimpleDoubleClick(QString &text, const Setting &setting)
 void addModifierPlusClick(QString &text, const Setting &setting)
 {
     addLine(text, u"[Modifier] ", GetModifierName(setting.common[0]));
-    // The line break ends the modifier line: it stays when no click line follows.
+    // An empty line follows the modifier line when there is no click line.
     const QStringView button = buttonWord(setting.common[1]);
     if (button.isEmpty()) {
         addLine(text, u"");
@@ -238,7 +238,7 @@ void addContinuousClick(QString &text, const Setting &setting)
     addRepetition(text, repeated.numberOfRepeats);
 }
 
-/// "[Output No.4] " and its like.
+/// The label of output `n`, such as "[1st Output] " or "[Output No.4] ".
 QString outputLabel(int n)
 {
     constexpr std::array<QStringView, 3> Ordinals = {u"1st", u"2nd", u"3rd"};
@@ -249,7 +249,8 @@ QString outputLabel(int n)
     return QStringLiteral("[Output No.") + QString::number(n) + QStringLiteral("] ");
 }
 
-/// "[(Left)control] + [c] + [v]": the first key is named even when it is none.
+/// The modifiers and keys of an output, such as "[(Left)control] + [c] + [v]". The first key is
+/// named even when there is none.
 QString chordText(PskoOutput output)
 {
     QString text;
@@ -276,7 +277,7 @@ void addPluralSimultaneousKeyOutput(QString &text, const Setting &setting)
     if (psko.numberOfRepeats != 0) {
         addLine(text, u"[Unit of repetition] ", psko.repeatsSet ? u"set" : u"output");
     }
-    // The record may claim more outputs than there is room for, or none.
+    // The record may hold an impossible number of outputs: 0, or more than 10.
     const int listed = std::clamp(psko.numberOfOutputs, 1, NUMBER_OF_PSKO_OUTPUT);
     for (int n = 1; n <= listed; ++n) {
         addLine(text, outputLabel(n),
@@ -284,7 +285,7 @@ void addPluralSimultaneousKeyOutput(QString &text, const Setting &setting)
     }
 }
 
-/// One of the two outputs of a pedal that outputs when it changes.
+/// Adds one of the two outputs of a pedal in the mode OUTPUT_AT_CHANGE.
 void addAction(QString &text, std::uint8_t usageId, std::uint8_t modifierByte)
 {
     if (isKey(usageId)) {
@@ -305,7 +306,7 @@ void addOutputAtChange(QString &text, const Setting &setting)
     {
         std::uint8_t flag;
         QStringView label;
-        std::size_t modifierAt; // the usage ID follows
+        std::size_t modifierAt; // byte of the modifiers; the next byte is the usage ID
     };
     constexpr std::array<Change, 2> Changes = {{
         {0x01, u"[Output when the pedal is depressed] ", 1},
@@ -327,7 +328,7 @@ struct ModeText
     void (*addLines)(QString &text, const Setting &setting);
 };
 
-// By output mode.
+// Indexed by the output mode.
 constexpr auto ModeTexts = std::to_array<ModeText>({
     {u"Key output", addSimpleKeyOutput},
     {u"Click", addSimpleClick},

@@ -30,7 +30,8 @@ std::uint16_t value16In(const CommonRecord &record, int i)
 
 PskoSetting pskoSettingIn(const CommonRecord &record)
 {
-    // Byte 2 holds bits 11 to 8 of both times, byte 3 a flag above the number of outputs.
+    // Byte 2 holds bits 8 to 11 of both times. Bit 7 of byte 3 is a flag; its other bits are the
+    // number of outputs.
     return {.onTime = ((record[2] & 0xF0) << 4) + record[0],
             .timeBetween = ((record[2] & 0x0F) << 8) + record[1],
             .numberOfOutputs = record[3] & 0x7F,

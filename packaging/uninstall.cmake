@@ -1,5 +1,5 @@
-# Removes what the last "cmake --install" of this build has installed, and the folders that are empty
-# then, up to those that belong to the system.
+# Removes the files that the last "cmake --install" of this build installed. Then removes the
+# folders that are empty, except for folders of the system.
 
 file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/install_manifest.txt files)
 foreach(file IN LISTS files)

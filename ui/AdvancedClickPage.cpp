@@ -17,7 +17,7 @@ constexpr std::uint8_t RightClick = 2;
 constexpr std::uint8_t CenterClick = 4;
 constexpr std::uint8_t AllClicks = LeftClick | RightClick | CenterClick;
 
-/// A click of one button, as the record has it.
+/// A click or double click of one button, with its output mode and the button mask of the record.
 struct ClickChoice
 {
     QRadioButton *Form::*radio;
@@ -107,7 +107,7 @@ void AdvancedClickPage::load(const PedalRow &pedal)
 
 void AdvancedClickPage::chooseClick(std::size_t choice)
 {
-    (m_ui.get()->*ClickChoices.at(choice).radio)->setChecked(true); // its group sees to the others
+    (m_ui.get()->*ClickChoices.at(choice).radio)->setChecked(true); // the group unchecks others
 }
 
 void AdvancedClickPage::Change_C_control_VisibleEnabled()

@@ -10,7 +10,8 @@ namespace Ui {
 class AdvancedClickPage;
 }
 
-/// A single click, a double click, or a click of several mouse buttons at the same time.
+/// The page for a single click, a double click, or a click of several mouse buttons at the same
+/// time.
 class AdvancedClickPage : public AdvancedPage
 {
     Q_OBJECT
@@ -37,7 +38,7 @@ private:
     {
         Change_C_control_VisibleEnabled();
     }
-    // OK reads the boxes' own states.
+    // These actions do nothing: OK reads the states of the check boxes.
     void C_checkboxLeftClick_CheckedChanged() {}
     void C_checkboxRightClick_CheckedChanged() {}
     void C_checkboxCenterClick_CheckedChanged() {}

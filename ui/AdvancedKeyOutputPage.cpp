@@ -12,7 +12,8 @@ namespace {
 
 enum ModifierRow { NoModifiers = 0, WithModifiers = 1, OnlyModifiers = 2 };
 
-/// The usage IDs of the key list's rows: "a", "b", "c", "d". No choice writes the last one's, too.
+/// The usage IDs of the key list's rows: "a", "b", "c", "d". When no row is chosen, the last one is
+/// written.
 constexpr std::array<std::uint8_t, 4> KeyListUsageIDs{4, 5, 6, 7};
 
 std::uint8_t usageOfListRow(int row)
@@ -75,7 +76,7 @@ std::uint8_t AdvancedKeyOutputPage::chosenModifiers() const
 
 void AdvancedKeyOutputPage::okButtonPressed_KO(const PedalRow &pedal)
 {
-    // The bytes go out under the mode that the pedal has.
+    // The output mode of the pedal stays unchanged, even when it is not the key output.
     const int row = m_ui->RadioButtonModifiers_KO->checkedId();
     pedal.commonData[0] = row == NoModifiers ? std::uint8_t{0} : chosenModifiers();
     pedal.commonData[1] = row == OnlyModifiers

@@ -10,7 +10,8 @@ namespace Ui {
 class AdvancedKeyOutputPage;
 }
 
-/// A key, with or without modifiers, or modifiers alone. It does not show the pedal's setting.
+/// The page for a key, with or without modifiers, or modifiers alone. It does not show the current
+/// setting of the pedal.
 class AdvancedKeyOutputPage : public AdvancedPage
 {
     Q_OBJECT
@@ -35,7 +36,7 @@ private:
     void KO_checkboxRightAlt_clicked(bool on) { KO_checkboxRightAlt_isChecked = on; }
     void KO_checkboxRightWindowsKey_clicked(bool on) { KO_checkboxRightWindowsKey_isChecked = on; }
 
-    // The modifiers that are chosen: the states of their check boxes.
+    // The states of the check boxes of the modifiers.
     bool KO_checkboxLeftCtrl_isChecked = false;
     bool KO_checkboxLeftShift_isChecked = false;
     bool KO_checkboxLeftAlt_isChecked = false;

@@ -19,8 +19,8 @@ constexpr std::uint8_t RepeatUnitBit = 0x80;
 
 constexpr int PlaceholderKeys = 232;
 
-/// Copies an output's modifier and keys up to the first place without a key; returns the place of
-/// the last key copied. Key 1 is copied also when it is none.
+/// Copies the modifier byte of an output and its keys up to the first usage ID 0. Returns the index
+/// of the last key copied. Key 1 is always copied, even when it is 0.
 int decodeOutput(PskoOutput from, std::array<std::uint8_t, PskoOutputSize> &to)
 {
     to[0] = from[0];
@@ -56,7 +56,7 @@ void AdvancedMultipleKeyOutputPage::load(const PedalRow &pedal)
     }
     PSKO_SelectedOutput = 0;
     PSKO_SetControls();
-    connectActions(); // only now: what loading sets causes no actions
+    connectActions(); // after loading, which must not trigger the actions
 }
 
 void AdvancedMultipleKeyOutputPage::connectActions()
@@ -154,7 +154,7 @@ void AdvancedMultipleKeyOutputPage::PSKO_SetControls()
     for (int output = 0; output < PSKO_NumberOfOutput; ++output) {
         m_ui->PSKO_listboxOutput->addItem(outputLine(static_cast<std::size_t>(output)));
     }
-    // The list is as wide as its lines, however narrow the box.
+    // The list is as wide as its longest line, even when the box is narrower.
     QAbstractItemView *list = m_ui->PSKO_listboxOutput->view();
     list->setMinimumWidth(list->sizeHintForColumn(0));
 }

@@ -11,7 +11,8 @@ namespace Ui {
 class AdvancedMultipleKeyOutputPage;
 }
 
-/// Shows the pedal's outputs of several keys, or a sample when it has none. It writes nothing.
+/// The page that shows the outputs of several keys of the pedal. For a pedal in another mode it
+/// shows a sample. It writes nothing.
 class AdvancedMultipleKeyOutputPage : public AdvancedPage
 {
     Q_OBJECT
@@ -21,7 +22,7 @@ public:
     explicit AdvancedMultipleKeyOutputPage(QWidget *parent = nullptr);
     ~AdvancedMultipleKeyOutputPage() override;
 
-    /// Called once.
+    /// Fills in the page. Called once.
     void load(const PedalRow &pedal);
     [[nodiscard]] bool canWrite() const override { return false; }
     void write(const PedalRow & /*pedal*/) override {}
@@ -42,14 +43,14 @@ private:
     void PSKO_listboxOutput_SelectedIndexChanged() {}
     void PSKO_SetControls();
 
-    /// What a new key of an output would be; the sample outputs show it.
+    /// The sample outputs show the usage ID after this one.
     std::uint8_t PSKO_NewOutputCharacter = 0;
-    int PSKO_NumberOfOutput = 0; ///< outputs in use, 1 to 10 once loaded
+    int PSKO_NumberOfOutput = 0; ///< number of outputs, 1 to 10 after loading
     int PSKO_SelectedOutput = 0;
     bool PSKO_Changing = false; ///< the program is changing the page's lists
-    /// Of every output the modifier byte and the usage IDs of its keys 1 to 6; 0 = no key.
+    /// For every output: the modifier byte and the usage IDs of its keys 1 to 6; 0 = no key.
     std::array<std::array<std::uint8_t, PskoOutputSize>, NUMBER_OF_PSKO_OUTPUT> PSKO_KeyData{};
-    /// Of every output the place of its last key in its row, at least 1 once loaded.
+    /// For every output: the index of its last key in PSKO_KeyData, at least 1 after loading.
     std::array<int, NUMBER_OF_PSKO_OUTPUT> PSKO_NumberOfKeys{};
     std::array<int, NUMBER_OF_PSKO_OUTPUT> PSKO_NumberOfKeysOriginal{};
     std::array<int, NUMBER_OF_PSKO_OUTPUT> PSKO_SelectedKey{};

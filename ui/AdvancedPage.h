@@ -14,8 +14,8 @@ struct PedalRow
     const AdditionalBlock &additionalData;
 };
 
-/// A page of the Advanced dialog. A page that shows the pedal's setting has a `load`, too, which
-/// puts impossible values of the row right.
+/// A page of the Advanced dialog. A page that shows the current setting also has a function load(),
+/// which corrects impossible values in the row.
 class AdvancedPage : public QWidget
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
 
     /// Whether OK writes this page.
     [[nodiscard]] virtual bool canWrite() const = 0;
-    /// Writes what the page shows into the row, which is the selected pedal's.
+    /// Writes the choices on the page into the row of the selected pedal.
     virtual void write(const PedalRow &pedal) = 0;
 };
 

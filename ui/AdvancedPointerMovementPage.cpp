@@ -16,10 +16,11 @@ namespace {
 
 using Form = Ui::AdvancedPointerMovementPage;
 
-/// Bytes 4 and 5 hold this divided by the acceleration index, and this itself without acceleration.
+/// Bytes 4 and 5 of the record hold this number divided by the acceleration index. Without
+/// acceleration they hold this number itself.
 constexpr int AccelerationUnit = 1000;
 
-/// A direction as the record has it: 1 is right and down, 255 is left and up.
+/// A direction as stored in the record. 1 is right or down, 255 is left or up.
 struct Direction
 {
     QRadioButton *Form::*radio;
@@ -76,7 +77,7 @@ AdvancedPointerMovementPage::~AdvancedPointerMovementPage() = default;
 
 void AdvancedPointerMovementPage::chooseDirection(std::size_t direction)
 {
-    (m_ui.get()->*Directions.at(direction).radio)->setChecked(true); // its group sees to the others
+    (m_ui.get()->*Directions.at(direction).radio)->setChecked(true); // the group unchecks others
 }
 
 AdvancedPointerMovementPage::LogarithmicIndex AdvancedPointerMovementPage::speed()
@@ -96,7 +97,7 @@ void AdvancedPointerMovementPage::takeFromSlider(const LogarithmicIndex &control
     controls.index = indexAtThousandLog(controls.slider->sliderPosition());
     const QSignalBlocker blocker(controls.number);
     controls.number->setValue(controls.index);
-    controls.number->setMinimum(1); // 0 was "not chosen yet"
+    controls.number->setMinimum(1); // 0 meant "not chosen yet"
 }
 
 void AdvancedPointerMovementPage::takeFromStepper(const LogarithmicIndex &controls)
@@ -104,7 +105,7 @@ void AdvancedPointerMovementPage::takeFromStepper(const LogarithmicIndex &contro
     controls.index = controls.number->value();
     const QSignalBlocker blocker(controls.slider);
     controls.slider->setValue(thousandLogOfIndex(controls.index));
-    controls.number->setMinimum(1); // 0 was "not chosen yet"
+    controls.number->setMinimum(1); // 0 meant "not chosen yet"
 }
 
 void AdvancedPointerMovementPage::PM_checkboxAccelerated_CheckedChanged()
@@ -147,7 +148,7 @@ void AdvancedPointerMovementPage::writeDirection(CommonRecord &record) const
 void AdvancedPointerMovementPage::writeAcceleration(CommonRecord &record)
 {
     const bool isAccelerated = m_ui->PM_checkboxAccelerated->isChecked();
-    // An index that has not been chosen is 0, which says nothing.
+    // An index of 0 has not been chosen yet; the record then gets index 1.
     PM_AccelerationIndex = isAccelerated ? std::max(PM_AccelerationIndex, 1) : 1;
     if (PM_AccelerationIndex <= AccelerationUnit) {
         const double slowness = double{AccelerationUnit} / PM_AccelerationIndex;
@@ -162,7 +163,7 @@ void AdvancedPointerMovementPage::writeRepeats()
         IntoTwoCommonData(0, 7);
     } else if (m_ui->PM_radiobutttonSetNumber->isChecked()) {
         NumericUpDown *repeats = m_ui->PM_numericupdownNumberOfRepeats_stepper;
-        repeats->interpretText(); // OK may be pressed without leaving the field
+        repeats->interpretText(); // OK may be pressed while the field has the focus
         IntoTwoCommonData(repeats->value(), 7);
     }
 }

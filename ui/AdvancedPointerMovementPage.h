@@ -13,7 +13,8 @@ namespace Ui {
 class AdvancedPointerMovementPage;
 }
 
-/// A movement of the pointer in one of eight directions. It does not show the pedal's setting.
+/// The page for a movement of the pointer in one of eight directions. It does not show the current
+/// setting of the pedal.
 class AdvancedPointerMovementPage : public AdvancedPage
 {
     Q_OBJECT
@@ -27,7 +28,7 @@ public:
     void write(const PedalRow &pedal) override { okButtonPressed_PM(pedal); }
 
 private:
-    /// An index on the logarithmic scale and the controls that show it.
+    /// An index on the logarithmic scale, and the controls that show it.
     struct LogarithmicIndex
     {
         IndexSlider *slider;
@@ -63,8 +64,8 @@ private:
     void PM_radiobutttonSetNumber_CheckedChanged() { setRepeatsEnabled(true); }
     void okButtonPressed_PM(const PedalRow &pedal);
 
-    int PM_SpeedIndex = 0;        ///< dots per second; 0 until it is chosen
-    int PM_AccelerationIndex = 0; ///< 0 until it is chosen
+    int PM_SpeedIndex = 0;        ///< dots per second; 0 = not chosen yet
+    int PM_AccelerationIndex = 0; ///< 0 = not chosen yet
 
     const std::unique_ptr<Ui::AdvancedPointerMovementPage> m_ui;
 };

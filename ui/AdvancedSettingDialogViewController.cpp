@@ -27,7 +27,7 @@ AdvancedSettingDialogViewController::~AdvancedSettingDialogViewController() = de
 void AdvancedSettingDialogViewController::viewDidLoad()
 {
     m_ui->Page_Click->load(pedalRow());
-    // The request waits for a running exchange first; anything may happen meanwhile.
+    // The request first waits for a running exchange. The dialog may be deleted during this wait.
     const QPointer<AdvancedSettingDialogViewController> self = this;
     presenter().plugNPlay.Communicate_AdditionalData();
     if (self) {

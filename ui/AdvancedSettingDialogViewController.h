@@ -12,11 +12,12 @@ namespace Ui {
 class AdvancedSettingDialogViewController;
 }
 
-/// The Advanced dialog: one page for each kind of output that the Standard dialog does not offer.
-/// OK writes what the page on top shows; the page of multiple key outputs writes nothing.
+/// The Advanced dialog. Its four pages set a click, a key output or a pointer movement, and show a
+/// multiple key output. OK writes the current page; the page of multiple key outputs writes
+/// nothing.
 ///
-/// Loading puts impossible values of the pedal's record right in the setting arrays. They reach the
-/// unit only with a later write.
+/// Loading corrects impossible values of the pedal's record in the setting arrays. The corrected
+/// values are sent to the unit only by a later write.
 class AdvancedSettingDialogViewController : public PedalSettingDialog
 {
     Q_OBJECT
@@ -26,10 +27,10 @@ public:
     explicit AdvancedSettingDialogViewController(MainWindowViewController &presenter);
     ~AdvancedSettingDialogViewController() override;
 
-    /// Writes the page on top.
+    /// Writes the current page.
     void okButtonPressed();
 
-    // The key vocabulary.
+    // The functions of KeyUsage.h.
     [[nodiscard]] static QString GetKeyContents(int UsageID)
     {
         return kavelo::GetKeyContents(UsageID);

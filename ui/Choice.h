@@ -4,9 +4,10 @@
 
 namespace kavelo {
 
-/// Has a choice's action done when its check box changes, or its radio button is turned on, by
-/// whatever means: assistive technology turns buttons without clicking them. The click on a radio
-/// button that is on already counts, too.
+/// Connects a check box or a radio button to its action. The action is called when the check box
+/// changes, and when the radio button is turned on. It is not connected to clicks alone, because
+/// assistive technology toggles buttons without clicking them. A click on a radio button that is
+/// already on also calls the action.
 template <class Receiver>
 void connectChoice(QAbstractButton *button, Receiver *receiver, void (Receiver::*action)())
 {

@@ -6,8 +6,8 @@
 namespace kavelo {
 namespace {
 
-/// What assistive technology sees of the slider. Qt's own sets the value it is given, and setting
-/// the one that is there does nothing.
+/// The accessible interface of the slider. The one of QSlider only sets the value, and setting the
+/// current value emits no signal.
 class AccessibleIndexSlider : public QAccessibleWidget, public QAccessibleValueInterface
 {
 public:
@@ -47,8 +47,9 @@ QAccessibleInterface *createAccessible(const QString & /*className*/, QObject *o
 IndexSlider::IndexSlider(QWidget *parent)
     : QSlider(parent)
 {
-    QAccessible::installFactory(createAccessible); // once only, however often it is called
-    // Assistive technology sets the value as the program does, so any change counts.
+    QAccessible::installFactory(createAccessible); // further calls have no effect
+    // Every change of the value counts as a choice, because a value set by assistive technology
+    // looks like one set by the program.
     connect(this, &QSlider::valueChanged, this, &IndexSlider::chosen);
     connect(this, &QSlider::sliderPressed, this, &IndexSlider::chosen);
     connect(this, &QSlider::actionTriggered, this, &IndexSlider::chosen);
@@ -57,7 +58,8 @@ IndexSlider::IndexSlider(QWidget *parent)
 void IndexSlider::initStyleOption(QStyleOptionSlider *option) const
 {
     QSlider::initStyleOption(option);
-    // Styles draw the groove and its ticks somewhat darker than the window, which may be black.
+    // Styles draw the groove and the ticks somewhat darker than the window, so on a black window
+    // they would be invisible.
     QColor line = option->palette.color(QPalette::WindowText);
     line.setAlpha(160);
     option->palette.setColor(QPalette::Window, line);

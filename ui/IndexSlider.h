@@ -4,8 +4,8 @@
 
 namespace kavelo {
 
-/// A slider on which the place where it stands already can be chosen, too: by a click on its
-/// handle, by a key, or by assistive technology.
+/// A slider whose current position can also be chosen: by a click on its handle, by a key, or by
+/// assistive technology.
 class IndexSlider : public QSlider
 {
     Q_OBJECT
@@ -14,7 +14,8 @@ public:
     explicit IndexSlider(QWidget *parent = nullptr);
 
 Q_SIGNALS:
-    /// The user has chosen a place. What the program sets without blocking signals counts, too.
+    /// The user has chosen a position. A value set by the program also emits this signal, unless
+    /// signals are blocked.
     void chosen();
 
 protected:

@@ -21,7 +21,7 @@ ItemChoice::ItemChoice(QComboBox &box)
 bool ItemChoice::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Hide) {
-        // Not at once: the box reads the user's choice from the list when it has closed it.
+        // Posted, because the box closes the list before it reads the user's choice from it.
         QMetaObject::invokeMethod(this, &ItemChoice::follow, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
@@ -40,8 +40,8 @@ void ItemChoice::selectionChanged()
         choose();
         return;
     }
-    // In an open list the user's keys and mouse select, too, but they also move the current item,
-    // which comes after this signal.
+    // In an open list, keys and the mouse also select items. They set the current item too, but
+    // only after this signal, so the check is posted.
     const auto chooseIfNotWalkedTo = [this] {
         if (m_list.isVisible() && !m_list.selectionModel()->isSelected(m_list.currentIndex())) {
             m_box.hidePopup();

@@ -7,8 +7,8 @@ class QComboBox;
 
 namespace kavelo {
 
-/// Lets assistive technology choose an item of a combo box. Its action on an item selects the item
-/// in the box's list, and the box itself takes no notice of that. The object belongs to the box.
+/// Lets assistive technology choose an item of a combo box. Its action on an item only selects that
+/// item in the list of the box, and QComboBox ignores this selection. The box owns this object.
 class ItemChoice : public QObject
 {
     Q_OBJECT
@@ -17,14 +17,14 @@ class ItemChoice : public QObject
 public:
     explicit ItemChoice(QComboBox &box);
 
-    /// Follows the closing of the list, which may leave an item selected that was not chosen.
+    /// Calls follow() when the list closes: an item may be selected in it that was not chosen.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /// Selects the box's item in the list.
+    /// Selects the current item of the box in the list.
     void follow();
     void selectionChanged();
-    /// Makes the selected item of the list the box's, as a click on it does.
+    /// Makes the selected item of the list the current item of the box, as a click on it does.
     void choose();
 
     QComboBox &m_box;

@@ -6,8 +6,8 @@ class QLabel;
 
 namespace kavelo {
 
-/// The height that the longest of some texts needs in a label's font, wrapped to a width. Both are
-/// in device-independent pixels.
+/// The height of the tallest of the texts in the font of the label when they are wrapped to the
+/// width. Both lengths are in device-independent pixels.
 [[nodiscard]] int heightForTexts(const QLabel &label, int width, const QStringList &texts);
 
 } // namespace kavelo

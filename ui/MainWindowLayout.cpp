@@ -3,9 +3,9 @@
 namespace kavelo {
 namespace {
 
-// One row a pedal, in the order of the pedals' indices: its name, its place in a dialog's heading,
-// and its buttons' titles. Which pedal stands where is the unit's own numbering: index 0 is the
-// middle one or the right one of two.
+// Each table has one row per pedal: its name, its place in the heading of a dialog, and the titles
+// of its buttons. The order is the unit's numbering of the pedals. Index 0 is the middle pedal, or
+// the right one of two.
 // clang-format off
 constexpr auto Blank = std::to_array<PedalCaptions>({
     {u"Center pedal",    u"", u"Set the Pedal (Standard)", u"Set the Pedal (Advanced)"},
@@ -42,7 +42,7 @@ constexpr auto Five = std::to_array<PedalCaptions>({
 });
 
 constexpr int Narrow = BlankWindowWidth;
-constexpr int Column = 225; // from one column to the next
+constexpr int Column = 225; // distance from one column to the next
 
 constexpr MainWindowLayout BlankLayout{Narrow, 0, 3, Blank};
 constexpr auto Layouts = std::to_array<MainWindowLayout>({

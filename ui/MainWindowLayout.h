@@ -7,8 +7,8 @@
 #include <array>
 #include <span>
 
-/// The main window's layouts, one per number of pedals, and what it says above them. All lengths
-/// are device-independent pixels.
+/// The layouts of the main window, one for each number of pedals, and the texts of its explanation.
+/// All lengths are in device-independent pixels.
 namespace kavelo {
 
 constexpr QStringView ConnectExplanation =
@@ -18,11 +18,11 @@ constexpr QStringView SettingsExplanation =
     u"The current settings for the Kavelo are shown below. \r"
     "If you want to change the settings of a pedal, click the button corresponding to the pedal.";
 
-/// The texts of one pedal's column.
+/// The texts in the column of one pedal.
 struct PedalCaptions
 {
     QStringView name;
-    QStringView place; ///< behind "Standard settings" in the dialog's heading
+    QStringView place; ///< follows "Standard settings" in the dialog's heading
     QStringView standardTitle;
     QStringView advancedTitle;
 };
@@ -31,22 +31,23 @@ struct MainWindowLayout
 {
     int width;                               ///< of the window
     int shift;                               ///< added to the left offsets of rows 0 to 2
-    int rowsShown;                           ///< rows 3 and 4 are hidden from this row on
-    std::span<const PedalCaptions> captions; ///< of rows 0 on; further rows keep theirs
+    int rowsShown;                           ///< rows 3 and 4 are hidden from this index on
+    std::span<const PedalCaptions> captions; ///< of the first rows; the other rows keep their texts
 };
 
 constexpr int BlankWindowWidth = 680;
-/// From the window's edges to the explanation and the annotation.
+/// Distance of the explanation and the annotation from the window's edges.
 constexpr int Margin = 15;
 
-/// Rows that change places with the number of pedals. Rows 3 and 4 stay where the form has them.
+/// Number of rows whose position depends on the number of pedals. Rows 3 and 4 stay at the position
+/// that the form gives them.
 constexpr std::size_t MovableRows = 3;
-/// Left offsets of the movable rows' name, text box and Standard button without a shift.
+/// Left offsets of the movable rows (name, text box and Standard button) when the shift is 0.
 constexpr std::array<int, MovableRows> RowLeft{240, 15, 465};
-/// How much further right a row's Advanced button stands.
+/// Distance of a row's Advanced button to the right of its Standard button.
 constexpr int AdvancedIndent = 5;
 
-/// The layout of an empty window, whose captions name all five rows.
+/// The layout without a unit. Its captions name all five rows.
 [[nodiscard]] const MainWindowLayout &blankLayout();
 
 /// The layout for a unit of 0 to 5 pedals.

@@ -15,7 +15,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-// The main window's dealings with the unit: its main loop, and what that reads and sends.
+// The part of the main window that exchanges data with the unit: the main loop, reading, writing
+// and the restore.
 
 namespace kavelo {
 namespace {
@@ -26,14 +27,14 @@ const auto RestoreQuestion =
                    "Click [OK] to make the Kavelo return to the initial state. \r\n"
                    "Click [Cancel] to do nothing.");
 
-/// How many silent looks in a row unexpected replies may cause. A unit that answers more often than
-/// it is asked is not read for ever.
+/// Greatest number of silent reads in a row because of unexpected reports. Without this limit a
+/// unit that sends too many reports would be read forever.
 constexpr int MaxSilentLooks = 3;
 
 } // namespace
 
-/// A read, a write or a restore. Its waits may let another one in, which has then changed what this
-/// one has done so far.
+/// One read, write or restore. Its waits run the event loop, so another run may begin inside them
+/// and change the data that this run has stored.
 class MainWindowViewController::Run
 {
 public:
@@ -44,13 +45,13 @@ public:
         UnexpectedReply = false;
     }
 
-    /// Whether another run has begun since.
+    /// Whether another run has begun since this one.
     [[nodiscard]] bool isOvertaken() const { return m_window.m_runs != m_number; }
-    /// Whether the arrays may hold something else by now than this run has put there, or another
-    /// unit may stand where the one was. Nothing may be read or written any more then.
+    /// Whether this run must neither read nor write any further: another run may have changed the
+    /// setting arrays, or another unit may have been plugged in.
     [[nodiscard]] bool mustStop() const { return isOvertaken() || DeviceDetectedChanged; }
 
-    /// The unit has not taken or given something.
+    /// Records that an exchange of this run has failed.
     void noteFailure() { m_hasFailed = true; }
     [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
 
@@ -69,15 +70,15 @@ void MainWindowViewController::UpdateAppWindow()
     if (task == Task::Nothing) {
         return;
     }
-    // A timer does not fire again while its slot runs, but a fresh one does: this way the ticks go
-    // on inside the waits of what follows.
+    // A timer does not fire while its own slot runs, unless it has been started again. With this
+    // start the ticks continue inside the waits below.
     m_timer.start();
     switch (task) {
     case Task::Nothing:
         break;
     case Task::ReadAnew:
         DeviceDetectedChanged = false;
-        // A question about the unit that was there is no question about the next one.
+        // An open question refers to the previous unit.
         dismissQuestions(this);
         takeUnit();
         m_silentLooks = 0;
@@ -99,7 +100,7 @@ MainWindowViewController::Task MainWindowViewController::nextTask() const
         return Task::ReadAnew;
     }
     if (m_isReading || m_activity != Activity::Idle) {
-        return Task::Nothing; // it goes on when that has ended
+        return Task::Nothing; // tried again when the running task has ended
     }
     if (InitialState) {
         return Task::Restore;
@@ -108,8 +109,8 @@ MainWindowViewController::Task MainWindowViewController::nextTask() const
     return looksAgain ? Task::LookAgain : Task::Nothing;
 }
 
-/// Forgets what an earlier unit has told: a restore sends bytes back as they were read, and those
-/// of one unit are not another's.
+/// Clears the data of the previous unit. A restore sends the unused bytes of a record back as they
+/// were read, so they must come from the same unit.
 void MainWindowViewController::takeUnit()
 {
     if (m_unit == plugNPlay.myDevice()) {
@@ -122,8 +123,9 @@ void MainWindowViewController::takeUnit()
     AdditionalData = {};
 }
 
-/// Decides what follows a run. One that another run has overtaken has the unit read afresh. One
-/// that has failed has it looked at once more in silence, unless it was such a look itself.
+/// Decides what follows a run. When another run has begun since, the unit is read anew. When the
+/// run failed, the unit is read once more without messages, unless the run was already such a
+/// silent read.
 void MainWindowViewController::endRun(const Run &run, bool isSilentLook)
 {
     if (run.isOvertaken()) {
@@ -135,7 +137,8 @@ void MainWindowViewController::endRun(const Run &run, bool isSilentLook)
 
 // Reading
 
-/// Reads all of the unit. Without `MessageOn` it is a silent look: what fails again stays as it is.
+/// Reads the whole unit. Without `MessageOn` this is a silent read, and it is not repeated when it
+/// fails.
 void MainWindowViewController::readUnit(bool MessageOn)
 {
     const QScopedValueRollback<bool> reading(m_isReading, true);
@@ -155,8 +158,8 @@ void MainWindowViewController::readUnit(bool MessageOn)
     endRun(run, !MessageOn);
 }
 
-/// Returns false when the read must not go on. A version that is not supported is asked for once
-/// more: the first reply may have been a late one to another request.
+/// Returns false when the read must stop. An unsupported version is read a second time, because the
+/// first reply may have been a late reply to another request.
 bool MainWindowViewController::readVersion(bool MessageOn, Run &run)
 {
     for (int attempt = 0; attempt < 2; ++attempt) {
@@ -220,8 +223,8 @@ bool MainWindowViewController::readPedal(int pedal, bool MessageOn, Run &run)
     if (run.mustStop()) {
         return false;
     }
-    // After a failure these are what the buffer happens to hold; the other pedals are worth more
-    // than a window that stays blank.
+    // After a failed exchange the buffer still holds another reply, and the row gets its bytes.
+    // Reading continues with the next pedal, so that the window does not stay empty.
     OutputMode.at(row) = InputPacketBuffer[2];
     std::copy_n(InputPacketBuffer.begin() + 3, NUMBER_OF_COMMON_DATA, CommonData.at(row).begin());
     bool isBroken = false;
@@ -234,7 +237,7 @@ bool MainWindowViewController::readPedal(int pedal, bool MessageOn, Run &run)
     if (isBroken || run.mustStop()) {
         return false;
     }
-    SelectedPedalNo = pedal; // the user may have opened another pedal's dialog meanwhile
+    SelectedPedalNo = pedal; // the user may have opened the dialog of another pedal
     WritePedalContents();
     enableRow(row);
     return true;
@@ -247,7 +250,7 @@ void MainWindowViewController::SettingDialog_OK()
     if (!SettingEnabled || isBusy()) {
         return;
     }
-    const QString pedalName = PedalName; // another pedal may be selected meanwhile
+    const QString pedalName = PedalName; // PedalName may change during the waits
     WritePedalContents();
     setActivity(Activity::Sending);
     const bool isWritten = sendSelectedPedal();
@@ -259,13 +262,13 @@ void MainWindowViewController::SettingDialog_OK()
     setActivity(Activity::Idle);
 }
 
-/// Returns whether the unit has taken the record and the timing parameters.
+/// Returns whether the unit has accepted the record and the timing parameters.
 bool MainWindowViewController::sendSelectedPedal()
 {
     m_silentLooks = 0;
     Run run(*this);
     bool isSent = false;
-    // A unit that is read afresh may turn out to have fewer pedals.
+    // Another unit, or a new read, may have fewer pedals.
     if (!run.mustStop() && SelectedPedalNo < NumberOfPedals) {
         fillSetOutputModeAndData(SelectedPedalNo);
         isSent = !plugNPlay.Communicate(SET_OUTPUT_MODE_AND_DATA, MESSAGE_ON);
@@ -308,13 +311,13 @@ bool MainWindowViewController::isRestoreWanted()
     return answer == Answer::Ok;
 }
 
-/// Returns whether the unit has taken the timing parameters, which close a restore.
+/// Returns whether the unit has accepted the timing parameters, the last request of a restore.
 bool MainWindowViewController::sendFactorySettings()
 {
     m_silentLooks = 0;
     Run run(*this);
     const int pedals = NumberOfPedals;
-    // The user has agreed to restore this unit, not one that comes in its place.
+    // The user has agreed to restore this unit only, so the loop stops when another one arrives.
     for (int pedal = 0; pedal < pedals && !run.mustStop(); ++pedal) {
         SelectedPedalNo = pedal;
         applyFactorySetting(pedal);

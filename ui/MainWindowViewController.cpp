@@ -24,16 +24,16 @@
 namespace kavelo {
 namespace {
 
-// From one of the window's parts to the one below it.
+// Vertical distances between the parts of the window, and their heights.
 constexpr int Gap = 8;
 constexpr int NameGap = 4;
 constexpr int ButtonHeight = 30;
-/// At most; the text boxes end below a whole line.
+/// Greatest height. The text boxes are shortened to whole lines.
 constexpr int ContentsHeight = 196;
 
 const auto Annotation = QStringLiteral("Please use the Windows application for advanced settings.");
 
-/// Gives controls one font: the desktop's, or a smaller one where a text needs it to fit.
+/// Gives all controls the same font: the desktop's, or a smaller one when a text does not fit.
 void fitFont(std::span<QWidget *const> controls)
 {
     QFont font;
@@ -92,7 +92,8 @@ void MainWindowViewController::viewDidLoad()
         connect(m_rows.at(row).advanced, &QPushButton::clicked, this,
                 &Self::SetPedal2Advanced_clicked);
     }
-    // Around a text box that has the focus. Of itself only its caret would tell.
+    // A frame around the text box that has the focus. Without it only the caret would show the
+    // focus.
     auto *frame = new QFocusFrame(this);
     connect(qApp, &QApplication::focusChanged, frame, [=](QWidget * /*old*/, QWidget *now) {
         frame->setWidget(qobject_cast<PedalTextBox *>(now));
@@ -112,7 +113,7 @@ void MainWindowViewController::keyPressEvent(QKeyEvent *event)
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     auto *button = qobject_cast<QPushButton *>(focusWidget());
     if (isReturn && button != nullptr) {
-        button->click(); // of itself a button answers Return in dialogs only
+        button->click(); // QPushButton handles Return only in dialogs
     } else {
         QMainWindow::keyPressEvent(event);
     }
@@ -129,7 +130,7 @@ void MainWindowViewController::showEvent(QShowEvent *event)
 
 void MainWindowViewController::closeEvent(QCloseEvent *event)
 {
-    // A running exchange ends now, so that the program can.
+    // A running exchange must end now, so that the program can exit.
     m_closing = true;
     m_timer.stop();
     plugNPlay.close();
@@ -169,7 +170,8 @@ void MainWindowViewController::disableRows()
     enableCommands();
 }
 
-/// Lights the row of a pedal that has been read. Alt+1 stands for the first pedal from the left.
+/// Enables the row of a pedal that has been read. Alt+1 is the shortcut of the leftmost pedal,
+/// Alt+2 of the next one.
 void MainWindowViewController::enableRow(std::size_t row)
 {
     const PedalControls &controls = m_rows.at(row);
@@ -187,8 +189,8 @@ void MainWindowViewController::enableRow(std::size_t row)
     enableCommands();
 }
 
-/// Puts the focus back to where it was before a read has disabled it, or else on the first pedal
-/// from the left.
+/// Moves the focus back to the widget that had it before a read disabled it, or else to the
+/// leftmost pedal.
 void MainWindowViewController::restoreFocus(QWidget *before)
 {
     if (before != nullptr && before != this && before->isEnabled() && before->isVisible()) {
@@ -201,8 +203,8 @@ void MainWindowViewController::restoreFocus(QWidget *before)
     std::ranges::min_element(m_rows, {}, left)->standard->setFocus();
 }
 
-/// Enables what can be used now: the restore item, the Standard buttons, the open dialog. What has
-/// the focus when it is disabled gets it back.
+/// Enables or disables the restore item, the Standard buttons and the open dialog. A widget that
+/// had the focus when it was disabled gets it back.
 void MainWindowViewController::enableCommands()
 {
     const bool isIdle = !isBusy();
@@ -239,7 +241,7 @@ void MainWindowViewController::setActivity(Activity activity)
     }
 }
 
-/// This window and the dialogs that it presents.
+/// This window and its dialogs.
 QWidgetList MainWindowViewController::windows()
 {
     QWidgetList windows{this};
@@ -255,9 +257,9 @@ void MainWindowViewController::setWindowWidth(int width)
     stackControls();
 }
 
-/// Puts the window's parts below each other, each as high as the desktop's font needs it. Texts get
-/// the room that the longest one needs in the narrowest window: so only the font, never a text or
-/// a layout, moves what is below and the window's lower edge.
+/// Places the parts of the window below each other, with heights that suit the desktop's font. The
+/// explanation and the annotation get the height of their longest text in the narrowest window. So
+/// the positions depend only on the font, not on the current text or layout.
 void MainWindowViewController::stackControls()
 {
     const auto stack = [](QWidget *control, int top, int height) {
@@ -359,7 +361,7 @@ void MainWindowViewController::openStandardDialog(int pedal)
     SelectedPedalNo = pedal;
     PedalName = row.name->text();
     row.standard->setEnabled(true);
-    row.standard->setFocus(); // disabling it has moved the focus on
+    row.standard->setFocus(); // disabling the button has moved the focus
     CloseStandardSetting = false;
     StandardSettingDialogOpen = true;
     (new SettingDialogViewController(*this))->present();

@@ -25,21 +25,22 @@ struct MainWindowLayout;
 struct PedalCaptions;
 class PedalTextBox;
 
-/// A restore of the factory settings has been asked for. Set by the menu, cleared by the main
-/// window when it asks whether to restore.
+/// A restore of the factory settings has been requested. Set by the menu, cleared by the main
+/// window before it asks the user to confirm.
 inline bool InitialState = false;
 /// A dialog may send its record. Cleared by the main window before it opens the Standard dialog,
-/// set by that dialog when it has built a record. The Advanced dialog never sets it.
+/// set by that dialog when it has built a record. The Advanced dialog does not change it.
 inline bool SettingEnabled = false;
-/// Name of the pedal being edited, for the success message and the Advanced dialog's heading. Set
-/// by the main window when it opens the Standard dialog only.
+/// Name of the pedal being edited, for the success message and the heading of the Advanced dialog.
+/// Set by the main window when it opens the Standard dialog, and by a dialog before it writes.
 inline QString PedalName;
 
-/// The main window: shows every pedal's setting and keeps itself in step with the unit.
+/// The main window. It shows the setting of every pedal and follows the unit.
 ///
-/// Its tick of 0.1 s is the program's main loop. A tick may wait for the unit, and ticks run inside
-/// that wait too: a nested one may read the whole unit or restore it. The outer one then breaks off
-/// and has the unit read afresh.
+/// The main loop of the program is UpdateAppWindow(), called by a timer every 0.1 s. One call (a
+/// tick) may wait for the unit, and further ticks run inside that wait. Such a nested tick may read
+/// or restore the whole unit. The outer tick then stops what it was doing and lets the unit be read
+/// anew.
 class MainWindowViewController : public QMainWindow
 {
     Q_OBJECT
@@ -49,25 +50,27 @@ public:
     explicit MainWindowViewController(QWidget *parent = nullptr);
     ~MainWindowViewController() override;
 
-    /// The one device link of the program.
+    /// The only device link of the program.
     HID_PnP plugNPlay{this};
 
     [[nodiscard]] MenuItems menuItems() const;
-    /// Whether a write or a restore runs, waits for the user's answer or waits to be asked about.
-    /// No other one begins and no dialog opens meanwhile; an open dialog is disabled.
+    /// Whether a restore has been requested, or a write or a restore is running or waits for the
+    /// user's answer. Meanwhile no other write or restore starts, no dialog opens, and an open
+    /// dialog is disabled.
     [[nodiscard]] bool isBusy() const { return InitialState || m_activity != Activity::Idle; }
 
     /// One tick of the main loop.
     void UpdateAppWindow();
-    /// Empties the window: no pedal, the connect explanation, the narrow width.
+    /// Shows the window without a unit: no pedal settings, the explanation how to connect a unit,
+    /// the narrow width.
     void InitializeControls();
     /// Shows the setting of pedal `SelectedPedalNo` in its text box.
     void WritePedalContents();
-    /// Sends the selected pedal's row of the arrays and the timing parameters to the unit and
-    /// reports success; failures of an exchange are the device link's to report. Does nothing while
+    /// Sends the setting of the selected pedal and the timing parameters to the unit, and shows a
+    /// message on success. The device link shows the failures of an exchange. Does nothing while
     /// `SettingEnabled` is false.
     void SettingDialog_OK();
-    /// Widens the window to 696, animated.
+    /// Widens the window to 696 pixels, animated.
     void testchangewidth();
 
     void buttonSetPedal0Standard_Clicked() { openStandardDialog(0); }
@@ -76,10 +79,11 @@ public:
     void buttonSetPedal3Standard_Clicked() { openStandardDialog(3); }
     void buttonSetPedal4Standard_Clicked() { openStandardDialog(4); }
 
-    /// Brings an open dialog to the front; returns whether there is one.
+    /// Brings an open dialog to the front. Returns whether there is one.
     [[nodiscard]] bool raiseDialog();
-    /// Opens the Advanced dialog on the pedal that `SelectedPedalNo` and `PedalName` name. Its
-    /// pages write only while `SettingEnabled` is true.
+    /// Opens the Advanced dialog for the pedal given by `SelectedPedalNo` and `PedalName`. The
+    /// dialog sends a setting only while `SettingEnabled` is true. The caller first checks with
+    /// raiseDialog() that no dialog is open.
     void SetPedal2Advanced_clicked();
 
 protected:
@@ -88,7 +92,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    /// The controls of one pedal. "Row" is the pedal's index, not a place on screen.
+    /// The controls of one pedal. A row is identified by the pedal's index, not by its position on
+    /// the screen.
     struct PedalControls
     {
         QLabel *name;
@@ -96,9 +101,9 @@ private:
         QPushButton *standard;
         QPushButton *advanced;
     };
-    /// What a tick finds to do.
+    /// The task of a tick. ReadAnew reads the unit and shows failures; LookAgain reads it silently.
     enum class Task { Nothing, ReadAnew, Restore, LookAgain };
-    /// How far a write or a restore is.
+    /// The state of a write or a restore.
     enum class Activity { Idle, AwaitingUser, Sending };
     class Run;
 
@@ -136,18 +141,19 @@ private:
     PressGuard m_pressGuard;
     std::array<PedalControls, MaxPedals> m_rows;
     QTimer m_timer{this};
-    /// The unit that the setting arrays and the number of pedals are about; null when none is.
+    /// The unit to which the setting arrays and the number of pedals belong; null when there is
+    /// none.
     hid::DeviceRef m_unit;
-    /// Reads, writes and restores so far.
+    /// Number of reads, writes and restores so far.
     int m_runs = 0;
-    /// Silent looks since the last read with messages, write or restore.
+    /// Number of silent reads since the last read with messages, write or restore.
     int m_silentLooks = 0;
-    /// The last run has failed somewhere: look what the unit really holds, without complaining
-    /// about it again.
+    /// The last read, write or restore failed. The unit is read once more, without messages, to
+    /// show the settings that it holds.
     bool m_readAgain = false;
     bool m_isReading = false;
     Activity m_activity = Activity::Idle;
-    /// What had the focus, in each window, before it was disabled.
+    /// The widget of each window that had the focus before it was disabled.
     std::vector<QPointer<QWidget>> m_focusBefore;
     bool m_isIdle = true;
     bool m_appeared = false;

@@ -5,8 +5,8 @@
 
 namespace kavelo {
 
-/// The items of the application menu, which stand in the main window's form. The main window names
-/// them and enables the first; what they do is the menu handler's.
+/// The items of the application menu. The form of the main window contains them. The main window
+/// sets their texts and enables the first one; the menu handler carries out their commands.
 struct MenuItems
 {
     QPointer<QAction> InitialStateToolStripMenuItem;

@@ -10,7 +10,7 @@
 namespace kavelo {
 namespace {
 
-/// The whole number that a text is, blanks around it aside; at most as large as an int can be.
+/// The whole number in a text, limited to the range of an int. Spaces around it are ignored.
 std::optional<int> wholeNumberIn(const QString &text)
 {
     const QString trimmed = text.trimmed();
@@ -34,15 +34,17 @@ NumericUpDown::NumericUpDown(QWidget *parent)
     : QSpinBox(parent)
 {
     setKeyboardTracking(false);
-    // The step of assistive technology. Qt looks for it here, and else takes a tenth of the range.
+    // The step for assistive technology. Qt reads it from this property; without it the step is a
+    // tenth of the range.
     setProperty("stepSize", singleStep());
-    // At once: under the name that Qt gives it, screen readers don't take it for a text field.
+    // The line edit is renamed at once, because screen readers do not take it for a text field
+    // under its Qt name.
     connect(this, &QObject::objectNameChanged, this, [this](QString name) {
         lineEdit()->setObjectName(
             name.replace(QLatin1String("_stepper"), QLatin1String("_textbox")));
     });
     connect(lineEdit(), &QLineEdit::textChanged, this, [this] {
-        if (!lineEdit()->isModified()) { // set, not typed
+        if (!lineEdit()->isModified()) { // the text was set, not typed
             interpretText();
         }
     });
@@ -58,7 +60,7 @@ void NumericUpDown::setTextReadOnly(bool readOnly)
     lineEdit()->setReadOnly(readOnly);
     QPalette dimmed;
     if (readOnly) {
-        dimmed.setColor(QPalette::Base, QColor(128, 128, 128, 32)); // on light and dark windows
+        dimmed.setColor(QPalette::Base, QColor(128, 128, 128, 32)); // for light and dark windows
     }
     setPalette(dimmed);
 }
@@ -66,7 +68,7 @@ void NumericUpDown::setTextReadOnly(bool readOnly)
 bool NumericUpDown::event(QEvent *event)
 {
     if (event->type() == QEvent::Polish) {
-        lineEdit()->setAccessibleName(accessibleName()); // which the form has set by now
+        lineEdit()->setAccessibleName(accessibleName()); // set by the form
     }
     return QSpinBox::event(event);
 }

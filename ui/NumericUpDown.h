@@ -4,11 +4,13 @@
 
 namespace kavelo {
 
-/// A numeric field with its stepper. It is named `..._stepper`, and its text field `..._textbox`.
+/// A numeric field with its stepper. Its object name ends in `_stepper`, and that of its line edit
+/// in `_textbox`.
 ///
-/// What is entered counts when the field is left, or at once when assistive technology enters it. A
-/// whole number in digits of any script becomes the nearest within the limits; anything else, and a
-/// 0 where 0 is not allowed, gives way to the number that the field had.
+/// A typed number takes effect when the field loses the focus; a number entered by assistive
+/// technology takes effect at once. A whole number in digits of any script is moved to the nearest
+/// value within the limits. Any other text, and a 0 below the minimum, restores the previous
+/// number.
 class NumericUpDown : public QSpinBox
 {
     Q_OBJECT
@@ -17,7 +19,7 @@ class NumericUpDown : public QSpinBox
 public:
     explicit NumericUpDown(QWidget *parent = nullptr);
 
-    /// Whether only the stepper changes the number.
+    /// Whether the number can be changed only with the stepper.
     [[nodiscard]] bool isTextReadOnly() const;
     void setTextReadOnly(bool readOnly);
 

@@ -7,7 +7,7 @@
 namespace kavelo {
 namespace {
 
-/// What assistive technology sees of the area.
+/// The accessible interface of the area.
 class AccessiblePedalArea : public QAccessibleWidget
 {
 public:
@@ -27,7 +27,8 @@ public:
     }
 
 private:
-    /// The controls that can be seen, and the hidden ones, which say so themselves.
+    /// The controls that can be seen, and the hidden ones, whose own interface reports that they
+    /// are hidden.
     [[nodiscard]] QWidgetList controls() const
     {
         auto found = widget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);

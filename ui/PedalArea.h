@@ -4,8 +4,9 @@
 
 namespace kavelo {
 
-/// The main window's area with all of its controls. Some of them are covered by others, stand
-/// outside the window or are empty: assistive technology is told of the other ones only.
+/// The central widget of the main window, with all of its controls. Some of them are covered by
+/// others, lie outside the window or are empty. Assistive technology is told only of the remaining
+/// ones.
 class PedalArea : public QWidget
 {
     Q_OBJECT
@@ -14,7 +15,7 @@ class PedalArea : public QWidget
 public:
     explicit PedalArea(QWidget *parent = nullptr);
 
-    /// Tells assistive technology that other controls can be seen now.
+    /// Tells assistive technology that the set of visible controls has changed.
     void tellOfChange();
 };
 

@@ -11,8 +11,8 @@
 namespace kavelo {
 namespace {
 
-/// Makes Tab stop at the chosen button of every group, from where the arrow keys choose. Qt sees to
-/// that only once a group has had the focus.
+/// Makes Tab stop only at the checked button of every group; the arrow keys choose the others. Qt
+/// itself does so only after the group has had the focus.
 void setTabStops(const QWidget &dialog)
 {
     for (const QButtonGroup *group : dialog.findChildren<QButtonGroup *>()) {
@@ -67,21 +67,21 @@ void PedalSettingDialog::done(int result)
     viewWillDisappear();
     QDialog::done(result);
     if (!isTakenDown()) {
-        // The user has closed it and goes on in the main window, wherever the desktop would put the
-        // focus when a notice and this dialog go together.
+        // The user continues in the main window. The desktop might move the focus elsewhere when a
+        // notice and this dialog close together.
         m_presenter.activateWindow();
     }
-    // Not at once: one of this dialog's actions may still be waiting for the unit.
+    // Not deleted at once: an action of this dialog may still be waiting for the unit.
     deleteLater();
 }
 
 void PedalSettingDialog::write(const std::function<void()> &buildRecord)
 {
     if (m_presenter.isBusy()) {
-        return; // what has been set stays in the dialog until it can be sent
+        return; // the dialog keeps the setting until it can be sent
     }
     if (m_presenter.plugNPlay.myDevice() != m_unit) {
-        dismiss(); // another unit's pedal is not the one that was edited
+        dismiss(); // the pedal that was edited belongs to another unit
         return;
     }
     SelectedPedalNo = m_pedal;

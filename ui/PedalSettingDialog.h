@@ -12,9 +12,9 @@ namespace kavelo {
 
 class MainWindowViewController;
 
-/// What the dialogs that set one pedal have in common: they edit the pedal that `SelectedPedalNo`
-/// names when they are created, send through the main window that presents them, and delete
-/// themselves when they are dismissed.
+/// The base class of the dialogs that set one pedal. A dialog edits the pedal that
+/// `SelectedPedalNo` gives at its creation. It sends the setting through the main window, and it
+/// deletes itself when it is dismissed.
 class PedalSettingDialog : public QDialog
 {
     Q_OBJECT
@@ -24,37 +24,38 @@ public:
     explicit PedalSettingDialog(MainWindowViewController &presenter);
     ~PedalSettingDialog() override;
 
-    /// Loads the dialog and opens it over the main window without blocking. Loading may wait for
-    /// the unit; the dialog may be gone at the end.
+    /// Loads the dialog and opens it over the main window. Does not wait until it is closed.
+    /// Loading may wait for the unit, and the dialog may have been deleted when this returns.
     void present();
 
-    /// The one way out, whatever closes the dialog.
+    /// Dismisses the dialog. Every way of closing it ends in this function.
     void done(int result) override;
-    /// The user's way out by Escape or by the window's frame; closed while the dialog writes.
+    /// Escape and the close button of the frame. Ignored while the dialog is disabled, that is
+    /// while a write or a restore runs.
     void reject() override;
 
 protected:
     virtual void viewDidLoad() = 0;
-    /// Opens the loaded dialog without blocking. The main window can be closed and quit all the
-    /// same, so the dialog is not modal; no second one opens beside it.
+    /// Shows the loaded dialog and returns at once. The dialog is not modal, so that the main
+    /// window can still be closed and the program quit. At most one dialog is open at a time.
     virtual void appear() { show(); }
     virtual void viewWillDisappear() {}
-    /// Whether the program closes the dialog, not its user.
+    /// Whether the program, and not the user, is closing the dialog.
     [[nodiscard]] virtual bool isTakenDown() const { return false; }
 
     void dismiss() { done(Rejected); }
     [[nodiscard]] bool isDismissed() const { return m_dismissed; }
-    /// Has `buildRecord` put the setting into the dialog's row of the arrays, sends it and
-    /// dismisses the dialog, whatever came of it. Waits for the unit. Nothing is built and sent
-    /// while something else is sent; the dialog then stays open. Nor when the unit is another one
-    /// by now; the dialog is then dismissed.
+    /// Lets `buildRecord` store the setting in the row of the pedal, sends it and dismisses the
+    /// dialog, even when sending fails. Waits for the unit. While another write or a restore runs,
+    /// nothing happens and the dialog stays open. When the unit is not the one that was edited,
+    /// nothing is sent and the dialog is dismissed.
     void write(const std::function<void()> &buildRecord);
     /// Sends the row as it is and dismisses the dialog.
     void sendAndDismiss();
 
     [[nodiscard]] MainWindowViewController &presenter() const { return m_presenter; }
-    /// The index of the pedal being edited. `SelectedPedalNo` may move on meanwhile, when a read of
-    /// the unit was still going on.
+    /// The index of the edited pedal. `SelectedPedalNo` may differ, because a read that is still
+    /// running changes it.
     [[nodiscard]] int pedal() const { return m_pedal; }
     /// The pedal's row of the setting arrays.
     [[nodiscard]] std::uint8_t &outputMode() const { return OutputMode.at(row()); }
@@ -65,7 +66,7 @@ private:
     [[nodiscard]] std::size_t row() const { return static_cast<std::size_t>(m_pedal); }
 
     MainWindowViewController &m_presenter;
-    const hid::DeviceRef m_unit; ///< that was held when the edit began
+    const hid::DeviceRef m_unit; ///< the unit that was held when the dialog was created
     const int m_pedal;
     const QString m_pedalName;
     bool m_dismissed = false;

@@ -16,7 +16,8 @@ PedalTextBox::PedalTextBox(QWidget *parent)
     setTextInteractionFlags(Qt::TextSelectableByKeyboard | Qt::TextSelectableByMouse);
     setTabChangesFocus(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // The document's own margin scrolls with the text, so that parts of lines would be seen.
+    // The margin of the document would scroll with the text, so that parts of lines would be
+    // visible.
     document()->setDocumentMargin(0);
     setViewportMargins(Padding, Padding, Padding, Padding);
     setBackgroundRole(QPalette::Base);

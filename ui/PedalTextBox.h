@@ -4,8 +4,8 @@
 
 namespace kavelo {
 
-/// Shows a pedal's setting. The user can read and select the text, also with the keyboard, and can
-/// scroll it. The first and the last line on screen are always whole ones.
+/// Shows the setting of a pedal. The user can select the text, also with the keyboard, and can
+/// scroll it. The first and the last visible line are never cut off.
 class PedalTextBox : public QPlainTextEdit
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ class PedalTextBox : public QPlainTextEdit
 public:
     explicit PedalTextBox(QWidget *parent = nullptr);
 
-    /// The greatest height up to `most` at which no line is cut.
+    /// The greatest height up to `most` that shows only whole lines.
     [[nodiscard]] int heightOfWholeLines(int most) const;
 };
 

@@ -18,7 +18,7 @@ milliseconds mouseQuiet()
     return milliseconds(QApplication::doubleClickInterval());
 }
 
-/// Whether it is a window that is there for longer, unlike a menu, a list or a tool tip.
+/// Whether the object is a window or a dialog, and not a menu, a list or a tool tip.
 bool isWindow(const QObject *object)
 {
     const auto *widget = qobject_cast<const QWidget *>(object);
@@ -26,7 +26,8 @@ bool isWindow(const QObject *object)
            (widget->windowType() == Qt::Window || widget->windowType() == Qt::Dialog);
 }
 
-/// Whether a key presses buttons, wherever the focus is or on the button that has it.
+/// Whether the key can press a button: the button with the focus, or a button anywhere in the
+/// window.
 bool pressesButtons(const QEvent *event)
 {
     const int key = static_cast<const QKeyEvent *>(event)->key();
@@ -34,8 +35,8 @@ bool pressesButtons(const QEvent *event)
            key == Qt::Key_Space;
 }
 
-/// Gives a window the keyboard that a window manager has withheld from it: a second press on what
-/// has opened the window looks as if the user went on elsewhere.
+/// Activates a new window again after a moment. A second press on the button that opened it may
+/// make the window manager leave the focus with the old window.
 void activateLater(QWidget &window)
 {
     QTimer::singleShot(mouseQuiet(), &window, [&window] {
@@ -63,7 +64,7 @@ void PressGuard::Gate::note(const QInputEvent &event, milliseconds quiet)
 
 bool PressGuard::Gate::admit(const QInputEvent &press)
 {
-    // Not all platforms stamp all events.
+    // Some platforms do not set the timestamp of every event.
     const bool isStamped = press.timestamp() != 0;
     if (m_quiet.hasExpired() && !(isStamped && press.timestamp() < m_quietStamp)) {
         m_isClosed = false;
@@ -89,10 +90,10 @@ bool PressGuard::eventFilter(QObject *watched, QEvent *event)
             }
         }
         return false;
-    case QEvent::ShortcutOverride: // comes before the press that may be a shortcut
+    case QEvent::ShortcutOverride: // sent before the key press, to find shortcuts
     case QEvent::KeyPress: {
-        // Of a key that is held down, many a press is none: X11 sends releases and presses, and Qt
-        // can't always tell that they are repeats.
+        // A held key sends many presses. X11 sends releases between them, and Qt cannot always tell
+        // that they are repeats.
         const auto &press = static_cast<QKeyEvent &>(*event);
         if (!pressesButtons(event)) {
             return false;
@@ -100,7 +101,7 @@ bool PressGuard::eventFilter(QObject *watched, QEvent *event)
         const bool isLetIn = m_keys.admit(press);
         m_keys.note(press, LongestRepeatDelay);
         if (!isLetIn) {
-            event->accept(); // or Qt would still look for the shortcut
+            event->accept(); // otherwise Qt would still look for a shortcut
         }
         return !isLetIn;
     }

@@ -9,23 +9,24 @@ class QInputEvent;
 
 namespace kavelo {
 
-/// Sees to it that one press is one press, for hands that hold a key for long or press twice: what
-/// has opened or closed a window does not press a button of the window that is there then.
+/// Prevents one press from acting twice, for users who hold a key for long or press twice. A press
+/// that opens or closes a window must not also press a button of the next window.
 ///
-/// As soon as a window or a dialog of the program comes or goes, none of them takes Return, Enter,
-/// Escape, Space or a mouse button's press until the key or button has been let go of and nothing
-/// of its kind has come for a moment. Other keys are always taken, and so are the actions of
-/// assistive technology, which are no presses.
+/// When a window or dialog of the program is shown or hidden, Return, Enter, Escape, Space and the
+/// mouse buttons are ignored in all of its windows. They work again when the key or button has been
+/// released and no further press has come for a short time. Other keys always work, and so do
+/// actions of assistive technology, which are not key or mouse events.
 class PressGuard : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(PressGuard)
 
 public:
-    /// How long the keys must have been quiet; for the mouse it is the desktop's double click time.
+    /// Time without key presses after which keys work again. For the mouse it is the desktop's
+    /// double click interval.
     static constexpr std::chrono::milliseconds KeyQuiet{300};
-    /// The longest time until a key that is held down repeats itself. One that hasn't done so by
-    /// then has been let go of while another program had the keyboard.
+    /// Greatest delay before a held key starts to repeat. When no repeat has come by then, the key
+    /// was released while another program had the keyboard focus.
     static constexpr std::chrono::milliseconds LongestRepeatDelay{2000};
 
     PressGuard();
@@ -33,22 +34,23 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /// What lets the presses of the keys in, or those of the mouse.
+    /// The gate for the presses of one kind: keys or mouse buttons.
     class Gate
     {
     public:
-        /// Lets nothing in for at least `quiet`.
+        /// Closes the gate for at least `quiet`.
         void close(std::chrono::milliseconds quiet);
-        /// Notes a press or a release, after which there must be `quiet` for a press to be let in.
+        /// Records a press or a release. No press is let through until `quiet` has passed after it.
         void note(const QInputEvent &event, std::chrono::milliseconds quiet);
-        /// Opens when there has been quiet before this press, and says whether it is let in.
+        /// Opens the gate when there was quiet before this press. Returns whether the press is let
+        /// through.
         [[nodiscard]] bool admit(const QInputEvent &press);
 
     private:
         bool m_isClosed = false;
         QDeadlineTimer m_quiet{0};
-        /// The same in the time of the events (ms), which tells how far apart two presses were,
-        /// also when the program has been busy and comes to the second one late.
+        /// The end of the same time as an event timestamp, in ms. Timestamps tell how far apart two
+        /// presses were, even when the program was busy and handles the second one late.
         quint64 m_quietStamp = 0;
     };
 

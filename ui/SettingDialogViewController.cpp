@@ -18,7 +18,7 @@ const auto BeyondStandardQuestion =
                    "Click [OK] to set this pedal within the Standard settings.\r\n"
                    "Click [Cancel] to return to Main Window without doing anything.");
 
-/// Right-hand modifiers, which this dialog can't show.
+/// The bits of the right-hand modifiers, which this dialog cannot show.
 constexpr std::uint8_t RightModifiers = 0xF0;
 
 QString heading(int pedal)
@@ -31,16 +31,17 @@ QString heading(int pedal)
     return text;
 }
 
-/// A choice on the Mouse tab and what it writes: the output mode and the record's first bytes.
+/// A choice on the Mouse tab, and the output mode and first bytes of the record that it writes.
 struct MouseAction
 {
     QRadioButton *Ui::SettingDialogViewController::*button;
     std::uint8_t mode;
     std::array<std::uint8_t, 4> bytes;
-    std::size_t size; ///< how many of the bytes the setting has
+    std::size_t size; ///< number of bytes that the setting uses
 };
 
-// Bytes of a double click: button, first click length (ms), second click mode, interval (ms).
+// The bytes of a double click: button, length of the first click (ms), mode of the second click,
+// interval (ms).
 using Form = Ui::SettingDialogViewController;
 constexpr std::array<MouseAction, 4> MouseActions{{
     {&Form::radiobuttonLeftClick, SIMPLE_CLICK, {1}, 1},
@@ -103,7 +104,7 @@ void SettingDialogViewController::viewDidLoad()
     loadKeyboardSetting();
     loadMouseSetting();
     Change_buttonProgramKavelo_Enabled();
-    connectActions(); // only now: what loading sets causes no actions
+    connectActions(); // after loading, which must not trigger the actions
 }
 
 void SettingDialogViewController::setFixedTexts()
@@ -135,7 +136,7 @@ void SettingDialogViewController::fillKeyList()
             IndexToUsageID.at(listRow++) = usage;
         }
     }
-    m_ui->listboxKeys->setCurrentIndex(-1); // the first insertion has selected a row
+    m_ui->listboxKeys->setCurrentIndex(-1); // inserting the first row has selected it
     QLabel *const explanation = m_ui->textboxExplanation;
     explanation->setMinimumHeight(
         heightForTexts(*explanation, explanation->minimumWidth(), explanations));
@@ -206,13 +207,13 @@ void SettingDialogViewController::appear()
     if (WithinStandard) {
         PedalSettingDialog::appear();
     } else {
-        // The box belongs to the main window: this dialog is not on screen yet.
+        // The main window is the parent of the box, because this dialog is not visible yet.
         openQuestion(BeyondStandardQuestion, &presenter(), this,
                      [this](Answer answer) { takeAnswer(answer); });
     }
 }
 
-/// Goes on after the question about a setting beyond the Standard.
+/// Continues after the question about a setting beyond the Standard.
 void SettingDialogViewController::takeAnswer(Answer answer)
 {
     if (answer == Answer::Ok) {
@@ -225,7 +226,7 @@ void SettingDialogViewController::takeAnswer(Answer answer)
                     .arg(pedal()));
         dismiss();
     }
-    UpdateAppWindow2(); // the unit may have gone meanwhile
+    UpdateAppWindow2(); // the unit may have gone during the question
     if (!isDismissed()) {
         PedalSettingDialog::appear();
     }

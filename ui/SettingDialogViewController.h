@@ -18,12 +18,13 @@ namespace Ui {
 class SettingDialogViewController;
 }
 
-/// The Standard dialog is being dismissed by its watchdog. Set and read by the watchdog only.
+/// The Standard dialog is being closed by its own timer because its unit has gone. Set by
+/// UpdateAppWindow2(), and read by it and by isTakenDown().
 inline bool timer2state = false;
 
-/// The Standard dialog: sets one pedal to a key with or without the left-hand modifiers, to the
-/// modifiers alone, or to a click or double click. A pedal whose setting it cannot show is asked
-/// about first. It closes itself when its unit goes.
+/// The Standard dialog. It sets one pedal to a key with or without the left-hand modifiers, to
+/// modifiers alone, or to a click or double click. When it cannot show the current setting of the
+/// pedal, it asks the user before it opens. It closes itself when its unit goes.
 class SettingDialogViewController : public PedalSettingDialog
 {
     Q_OBJECT
@@ -35,7 +36,7 @@ public:
 
     /// Dismisses the dialog; nothing is written.
     void cancelButtonPressed();
-    /// Sends what has been built, if anything, and dismisses the dialog.
+    /// Sends the record, if one has been built, and dismisses the dialog.
     void okButtonPressed();
     void okButtonPressed_keyboard();
 
@@ -82,17 +83,17 @@ private:
 
     std::unique_ptr<Ui::SettingDialogViewController> m_ui;
 
-    /// Whether a complete choice stands on the Keyboard tab, and on the Mouse tab.
+    /// Whether the choice on the Keyboard tab, and on the Mouse tab, is complete.
     bool K_buttonProgramKavelo_Enabled = false;
     bool M_buttonProgramKavelo_Enabled = false;
-    /// Whether the pedal's setting can be shown exactly by this dialog.
+    /// Whether this dialog can show the setting of the pedal exactly.
     bool WithinStandard = false;
     /// Usage ID of each row of the key list.
     std::array<int, Max_UsageID> IndexToUsageID{};
-    /// Closes the dialog when its unit goes.
+    /// Calls UpdateAppWindow2(), which closes the dialog when its unit has gone.
     QTimer timer2{this};
 
-    /// The check boxes, in the order of the modifier byte's bits 0 to 3.
+    /// The check boxes of the modifiers, in the order of bits 0 to 3 of the modifier byte.
     std::array<QCheckBox *, 4> m_modifierBoxes{};
 };
 

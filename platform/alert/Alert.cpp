@@ -19,8 +19,8 @@
 namespace kavelo {
 namespace {
 
-/// A message box whose window frame answers no button. QMessageBox itself takes closing the frame
-/// for its Escape button, and in a question that button is "OK".
+/// A message box that can be closed by its frame without pressing a button. A plain QMessageBox
+/// then presses its Escape button, and the Escape button of a question is "OK".
 class Box : public QMessageBox
 {
     Q_OBJECT
@@ -28,23 +28,23 @@ class Box : public QMessageBox
     static constexpr int MinimumWidth = 420;
 
 public:
-    /// `returnButton` is the one that Return and Enter press, wherever the focus is.
+    /// Return and Enter press `returnButton`, wherever the focus is.
     Box(const QString &title, const QString &message, QWidget *parent, StandardButtons buttons,
         StandardButton returnButton)
         : QMessageBox(QMessageBox::Information, QStringLiteral("Kavelo"), title, buttons, parent)
     {
         setInformativeText(toScreenText(message));
-        // Left to itself, the informative text is wrapped after a few words.
+        // A minimum width for the informative text, which Qt otherwise wraps after a few words.
         if (auto *grid = qobject_cast<QGridLayout *>(layout())) {
             grid->addItem(new QSpacerItem(MinimumWidth, 0), grid->rowCount(), 0, 1,
                           grid->columnCount());
         }
         if (auto *label = findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
-            label->setVisible(!title.isEmpty()); // without a title no line is left free for it
+            label->setVisible(!title.isEmpty()); // an empty title must not take up a line
         }
         for (auto *button : findChildren<QPushButton *>()) {
-            button->setAutoDefault(false); // the default look stays where the focus moves on
-            button->setIcon({});           // the style's one for "OK" is a Return key
+            button->setAutoDefault(false); // the default button keeps its look when the focus moves
+            button->setIcon({});           // some styles show a Return key on "OK"
         }
         setDefaultButton(returnButton);
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
@@ -61,12 +61,12 @@ protected:
     }
 };
 
-/// The window that the user is working in, or else the main window: without a parent a box may come
-/// anywhere on the screen.
+/// The parent for a notice: the window that the user is working in, or else the main window.
+/// Without a parent the window manager could put the box anywhere on the screen.
 QWidget *windowInUse()
 {
     QWidget *window = QApplication::activeWindow();
-    while (window != nullptr && !window->isVisible()) { // one that has been closed may be active
+    while (window != nullptr && !window->isVisible()) { // a closed one may still be active
         window = window->parentWidget();
     }
     if (window != nullptr) {
@@ -103,8 +103,8 @@ public:
     }
 };
 
-/// Shows the box until it is closed or goes away with its parent; returns the button's code, or
-/// NoButton.
+/// Shows the box until it is closed or deleted with its parent. Returns the code of the pressed
+/// button, or NoButton.
 int runBox(const QPointer<Box> &box)
 {
     const int response = box->exec();

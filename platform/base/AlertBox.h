@@ -4,9 +4,9 @@
 
 namespace kavelo {
 
-/// Shows one modal notice with an "OK" button on the Return key and waits until it is closed.
-/// Logs how it was closed on standard output. Defined by the library of the boxes, so that those
-/// who tell the user something need no windows themselves.
+/// Shows a modal notice with an "OK" button (key Return) and waits until it is closed. Logs on
+/// standard output how it was closed. A caller needs no Qt Widgets: the definition is in a library
+/// of its own (kavelo_alert).
 void alertBox(const QString &Message);
 
 } // namespace kavelo

@@ -4,7 +4,7 @@
 
 namespace kavelo {
 
-/// Writes one line to standard output at once.
+/// Writes one line to standard output and flushes it.
 void logLine(const QString &line);
 
 } // namespace kavelo

@@ -7,7 +7,7 @@ namespace kavelo {
 
 void runEventLoop(std::chrono::milliseconds slice)
 {
-    // The timer is there only to end the sleep when the slice is over.
+    // The timer ends the wait for events after `slice`.
     QTimer alarm;
     alarm.setSingleShot(true);
     alarm.start(slice);

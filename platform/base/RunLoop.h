@@ -4,8 +4,8 @@
 
 namespace kavelo {
 
-/// Runs the main event loop for at most `slice`. Sleeps while nothing happens and returns early,
-/// as soon as any event was handled. Timers, device callbacks and user input all run inside.
+/// Waits for events for at most `slice` and handles them: timers, device callbacks and user input.
+/// Returns as soon as any event has been handled.
 void runEventLoop(std::chrono::milliseconds slice);
 
 } // namespace kavelo

@@ -4,8 +4,7 @@
 
 namespace kavelo {
 
-/// The text as widgets show it: "\r\n" and "\r", the line breaks of the program's texts, become
-/// "\n".
+/// Converts a text of the program for a widget: the line breaks "\r\n" and "\r" become "\n".
 [[nodiscard]] inline QString toScreenText(QStringView text)
 {
     return text.toString()

@@ -12,9 +12,9 @@
 
 namespace kavelo::hid {
 
-/// The base of every manager: keeps the devices that have been found and announces their arrival
-/// and removal. Everything is announced later, through the event loop; what is still due when the
-/// manager goes is not announced any more.
+/// The base class of all managers. It keeps the devices that have been found and announces their
+/// arrival and removal. Announcements are posted to the event loop. Announcements still pending
+/// when the manager is destroyed are dropped.
 template <class DeviceType>
 class DeviceSet : public Manager
 {
@@ -41,7 +41,7 @@ public:
     }
 
 protected:
-    /// In the order in which they were added.
+    /// The devices in the order in which they were added.
     [[nodiscard]] const std::vector<Ref> &devices() const { return m_devices; }
 
     void add(const Ref &device)
@@ -50,7 +50,7 @@ protected:
         postArrival(device);
     }
 
-    /// Nothing happens when the device is not in the set.
+    /// Does nothing when the device is not in the set.
     void remove(const Ref &device)
     {
         const auto position = std::ranges::find(m_devices, device);
@@ -58,8 +58,8 @@ protected:
             return;
         }
         post([this, gone = *position] {
-            // Whichever callback is registered by now: a holder that has registered anew still
-            // learns that its device is gone.
+            // The callback registered at the time of the announcement, so that a client that has
+            // registered another one still learns of the removal.
             if (m_removal.callback != nullptr) {
                 m_removal.callback(m_removal.context, gone);
             }
@@ -96,10 +96,10 @@ private:
     std::vector<Ref> m_devices;
     Registration m_arrival;
     Registration m_removal;
-    /// Counts the registrations of an arrival callback: what is due for an earlier one is not
-    /// announced, as the later one has every present device announced anew.
+    /// Number of registrations of an arrival callback. Each registration announces all present
+    /// devices again, so pending announcements of an earlier registration are dropped.
     std::uint64_t m_arrivalRegistrations = 0;
-    QObject m_mailbox; ///< what is due is posted to it and goes with it
+    QObject m_mailbox; ///< receives the pending announcements; they are dropped with it
 };
 
 } // namespace kavelo::hid

@@ -13,7 +13,7 @@
 namespace kavelo::hid {
 namespace {
 
-/// The kernel keeps this many unread reports of a node.
+/// Number of unread reports that the kernel keeps for a node.
 constexpr int MostUnreadReports = 64;
 
 bool isPermissionError(int error)
@@ -43,8 +43,8 @@ HidrawDevice::HidrawDevice(std::string syspath, std::string node)
 void HidrawDevice::registerInputReportCallback(std::span<std::uint8_t, ReportSize> buffer,
                                                InputReportCallback callback, void *context)
 {
-    // Without a callback, reports that still come in are read and dropped, so that none of them
-    // waits in the kernel to answer a later listener.
+    // The node is read even without a callback, and the reports are dropped. Otherwise the kernel
+    // would keep them, and a callback registered later would get them as replies.
     m_callback = callback;
     m_buffer = buffer;
     m_context = context;
@@ -56,7 +56,8 @@ bool HidrawDevice::setReport(std::span<const std::uint8_t, ReportSize> report)
     if (!ensureOpen()) {
         return false;
     }
-    // hidraw takes the report ID in front of the report: 0, as the unit's are not numbered.
+    // hidraw expects the report ID before the report: 0, because the unit's reports are not
+    // numbered.
     std::array<std::uint8_t, 1 + ReportSize> message = {};
     std::ranges::copy(report, message.begin() + 1);
     const ssize_t sent =
@@ -110,8 +111,8 @@ FileDescriptor HidrawDevice::openForUsAlone()
                     : ""));
         return {};
     }
-    // The kernel gives a node's name to the next device once this one is gone. Its directory under
-    // /sys is never given twice, so while that stands the node was this device's.
+    // When a device has gone, the kernel may give the name of its node to the next device. A
+    // directory under /sys is never reused. While it exists, the opened node is this device's.
     if (!isPresent()) {
         return {};
     }
@@ -119,7 +120,7 @@ FileDescriptor HidrawDevice::openForUsAlone()
         refuse("another program uses it; this one takes over when that has let go");
         return {};
     }
-    // What came in before the lock was ours may be a reply to the other program.
+    // Reports that arrived before the lock was taken may be replies to another program.
     Report dropped = {};
     for (int i = 0; i < MostUnreadReports; ++i) {
         if (::read(file.get(), dropped.data(), dropped.size()) <= 0) {
@@ -137,11 +138,11 @@ void HidrawDevice::refuse(const std::string &reason)
     Q_EMIT refused();
 }
 
-/// Takes one report from the node. The next one wakes the event loop again, so that a unit that
-/// never stops sending can't hold it up.
+/// Reads one report. Further reports wake the event loop again, so a unit that sends without pause
+/// cannot block it.
 void HidrawDevice::readReport()
 {
-    // Of a report longer than this the kernel drops the rest.
+    // The kernel drops the rest of a longer report.
     Report report = {};
     const ssize_t received =
         uninterrupted([&] { return ::read(m_file.get(), report.data(), report.size()); });
@@ -153,7 +154,7 @@ void HidrawDevice::readReport()
     } else if (m_callback) {
         const auto filled = m_buffer.first(static_cast<std::size_t>(received));
         std::copy_n(report.begin(), filled.size(), filled.begin());
-        m_callback(m_context, filled); // comes last: it may let go of this device
+        m_callback(m_context, filled); // the last statement: the callback may delete this device
     }
 }
 

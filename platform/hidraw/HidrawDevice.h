@@ -11,14 +11,13 @@
 
 namespace kavelo::hid {
 
-/// One hidraw node, from its arrival to its removal. Opened when it is first used, for this program
-/// alone: the kernel gives every report to everybody who has the node open, so two programs would
-/// take each other's replies for their own. The lock that keeps them apart goes with the descriptor
-/// and binds only those who ask for it: a program that doesn't lock the node is neither noticed nor
-/// kept out.
+/// One hidraw node from its arrival to its removal. It is opened at its first use and locked. The
+/// kernel sends every report to every program that has the node open, so without the lock two
+/// programs would take each other's replies for their own. The lock ends when the file is closed.
+/// Programs that do not take the lock are neither noticed nor kept out.
 ///
-/// A node that is refused at its first use stays refused to whoever holds this device; once it can
-/// be opened, it is for a new device to do so.
+/// A refused device, one whose node could not be opened or locked, stays refused. When its node can
+/// be opened, the manager announces a new device for it.
 class HidrawDevice : public QObject, public Device
 {
     Q_OBJECT
@@ -36,17 +35,18 @@ public:
     /// Whether the system still has the device.
     [[nodiscard]] bool isPresent() const;
 
-    /// Whether the node was refused and would be opened now.
+    /// Whether the node was refused before and can be opened now.
     [[nodiscard]] bool isNoLongerRefused();
 
-    /// Ends the device: closes the node for good. Sending fails and no report arrives from now on.
+    /// Closes the node for good. From now on sending fails and no report arrives.
     void retire();
 
 Q_SIGNALS:
-    /// The node can no longer be read: the device went, whether or not udev has said so yet.
+    /// The node can no longer be read, so the device has gone. udev may report the removal later.
     void gone();
 
-    /// The node could not be opened, for want of permission or because another program has it.
+    /// The node could not be opened, for example for lack of permission, or another program has
+    /// locked it.
     void refused();
 
 private:

@@ -21,12 +21,13 @@ namespace {
 
 constexpr const char *Subsystem = "hidraw";
 
-/// Is there while udev runs. Without it libudev gives a monitor that never hears anything.
+/// This socket exists while udev runs. Without udev, libudev still creates a monitor, but the
+/// monitor never receives an event.
 constexpr const char *UdevSocket = "/run/udev/control";
 
 constexpr std::chrono::milliseconds RetryPeriod{500};
 
-/// Most bytes of a report descriptor; the kernel takes no longer one.
+/// Greatest size of a report descriptor that the kernel accepts, in bytes.
 constexpr qint64 MaximumDescriptorSize = 4096;
 
 struct HidId
@@ -48,8 +49,8 @@ std::optional<HidId> parseHidId(const char *text)
     return vendorOk && productOk ? std::optional(id) : std::nullopt;
 }
 
-/// The report descriptor's bytes, none if it can't be read. Not asked of libudev, which cuts an
-/// attribute at its first zero byte.
+/// The bytes of the report descriptor; empty when it cannot be read. It is read from its file,
+/// because libudev cuts an attribute at its first zero byte.
 QByteArray readDescriptor(udev_device *hidDevice)
 {
     QFile file(QFile::decodeName(udev_device_get_syspath(hidDevice)) +
@@ -92,17 +93,18 @@ bool HidrawManager::open()
     return m_udev && rescan();
 }
 
-/// Brings the set up to date without the help of events.
+/// Updates the set of devices without events.
 bool HidrawManager::rescan()
 {
     const std::vector<Ref> known = devices();
     for (const Ref &device : known) {
-        // Whoever was refused gets the device as a new one.
+        // A device that is no longer refused is announced as a new one.
         if (!device->isPresent() || device->isNoLongerRefused()) {
             letGo(device);
         }
     }
-    // Listening comes first: a device that arrives in between is seen twice and counted once.
+    // The monitor starts before the enumeration, so that no arrival is missed. A device found by
+    // both is added only once.
     if (!m_monitor && ::access(UdevSocket, F_OK) != 0) {
         complain("cannot listen to udev", "it does not run");
     } else if (!m_monitor && !startMonitor()) {
@@ -117,7 +119,8 @@ bool HidrawManager::rescan()
 
 bool HidrawManager::startMonitor()
 {
-    // The events that udev sends on, after it has set the node's permissions, not the kernel's.
+    // "udev" selects the events that udev sends after it has set the permissions of the node. The
+    // kernel sends its own events earlier.
     UdevMonitor monitor(udev_monitor_new_from_netlink(m_udev.get(), "udev"));
     if (!monitor ||
         udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), Subsystem, nullptr) < 0 ||
@@ -158,9 +161,9 @@ void HidrawManager::receiveEvents()
     switch (errno) {
     case EAGAIN:
     case EINTR:
-    case EINVAL: // a message that makes no sense; it is taken from the queue
+    case EINVAL: // an invalid message; it has been removed from the queue
         break;
-    default: // events were lost, or the socket may stay readable and keep the loop from sleeping
+    default: // events were lost, or the socket stays readable and would keep the event loop busy
         complain("cannot listen to udev", reasonOf(errno));
         m_monitorNotifier.reset();
         m_monitor.reset();
@@ -174,8 +177,8 @@ void HidrawManager::takeEvent(udev_device *event)
     if (!action || !syspath) {
         return;
     }
-    // Only "add" brings a device. After a removal that a read error gave away, what else is said
-    // about the node must not bring it back.
+    // Only "add" adds a device. After a read error has removed a device, other events about its
+    // node must not add it again.
     if (action == std::string_view("add")) {
         addNode(event);
     } else if (action == std::string_view("remove")) {
@@ -217,7 +220,7 @@ void HidrawManager::addNode(udev_device *node)
     add(device);
 }
 
-/// Nothing happens when `device` is null.
+/// Does nothing when `device` is null.
 void HidrawManager::letGo(const Ref &device)
 {
     if (device) {
@@ -226,7 +229,7 @@ void HidrawManager::letGo(const Ref &device)
     }
 }
 
-/// Says the first trouble with udev and sees to it that the manager goes on.
+/// Reports the first problem with udev on standard error, and starts the timer that tries again.
 void HidrawManager::complain(const char *what, const std::string &reason)
 {
     if (!std::exchange(m_complained, true)) {

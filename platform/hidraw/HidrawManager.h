@@ -26,7 +26,7 @@ public:
     HidrawManager();
     HidrawManager(const HidrawManager &) = delete;
     HidrawManager &operator=(const HidrawManager &) = delete;
-    /// Devices that are still referred to are at their end: sending to them fails.
+    /// Retires all devices: sending to one that is still referred to fails from now on.
     ~HidrawManager() override;
 
     void setDeviceMatching(const Matching &matching) override;
@@ -39,7 +39,7 @@ private:
     void receiveEvents();
     void takeEvent(udev_device *event);
     [[nodiscard]] bool matches(udev_device *node) const;
-    /// Null for a node that is not in the set.
+    /// The device of a node. Null when the set has none.
     [[nodiscard]] Ref find(std::string_view syspath) const;
     void addNode(udev_device *node);
     void letGo(const Ref &device);
@@ -49,7 +49,8 @@ private:
     Udev m_udev;
     UdevMonitor m_monitor;
     std::unique_ptr<QSocketNotifier> m_monitorNotifier;
-    /// Runs only while a node is refused or udev does not work: what ends that is no event.
+    /// Calls rescan(). Runs only while a node is refused or udev does not work: no event announces
+    /// the end of such a problem.
     QTimer m_retry{this};
     bool m_complained = false;
 };

@@ -7,12 +7,13 @@
 namespace kavelo::hid {
 namespace {
 
-/// First byte of a long item; its data size and its tag follow in a byte each. No long item is
-/// defined by any HID version, so they are only skipped.
+/// First byte of a long item. The next two bytes are the size of its data and its tag. No HID
+/// version defines a long item, so long items are skipped.
 constexpr std::uint8_t LongItemPrefix = 0xFE;
 constexpr std::size_t LongItemHeaderSize = 3;
 
-/// A short item's prefix without its two size bits: tag in bits 4 to 7, type in bits 2 and 3.
+/// The first byte of a short item without its two size bits: the tag in bits 4 to 7, the type in
+/// bits 2 and 3.
 enum ItemKind : std::uint8_t {
     UsagePage = 0x04,
     Usage = 0x08,
@@ -42,9 +43,9 @@ private:
     std::vector<std::uint16_t> m_pages;
     std::uint16_t m_usagePage = 0;
     std::vector<std::uint16_t> m_pushedUsagePages;
-    /// The first usage since the last main item: of several usages that one counts, and like every
-    /// local item it holds for the next main item only. An extended usage, one of 4 bytes, brings
-    /// its own page along in the upper two.
+    /// The first usage since the last main item. Of several usages only the first one counts, and a
+    /// local item such as a usage applies only to the next main item. An extended usage has 4
+    /// bytes; its upper two bytes are its usage page.
     std::uint32_t m_usage = 0;
     bool m_hasUsage = false;
     bool m_usageIsExtended = false;
@@ -54,8 +55,8 @@ private:
 void Parser::beginCollection(std::uint32_t type)
 {
     if (m_depth == 0 && type == ApplicationCollection) {
-        // A short usage belongs to the page declared last before the main item, even when that
-        // declaration comes after the usage.
+        // The usage page of a short usage is the last one declared before the main item, even when
+        // it is declared after the usage.
         m_pages.push_back(m_usageIsExtended ? static_cast<std::uint16_t>(m_usage >> 16)
                                             : m_usagePage);
     }
@@ -103,7 +104,7 @@ void Parser::takeItem(std::uint8_t prefix, std::span<const std::uint8_t> data)
     default:
         return;
     }
-    // Every main item ends the scope of the local items before it.
+    // A main item ends the scope of the local items before it.
     m_hasUsage = false;
     m_usageIsExtended = false;
 }

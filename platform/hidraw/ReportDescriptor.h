@@ -7,8 +7,8 @@
 namespace kavelo::hid {
 
 /// The usage pages of the top-level application collections of a HID report descriptor, in the
-/// descriptor's order. Takes any bytes of any length: what follows a truncated item is not looked
-/// at, and a descriptor that says nothing yields no page.
+/// order of the descriptor. Any bytes are accepted: parsing stops at a truncated item, and a
+/// descriptor without application collections yields no usage page.
 [[nodiscard]] std::vector<std::uint16_t>
 applicationUsagePages(std::span<const std::uint8_t> descriptor);
 

@@ -6,7 +6,7 @@
 
 namespace kavelo::hid {
 
-/// Gives one reference of a libudev object back.
+/// Releases one reference to a libudev object.
 struct UdevUnref
 {
     void operator()(udev *handle) const { udev_unref(handle); }
