@@ -192,7 +192,7 @@ TEST_F(WaitTest, RepliesThatShiftAllOthersAreNoticedAndTheUnitIsReadUntilItIsRig
             bus::plugIn(unit);
             runTicks(150);
             EXPECT_TRUE(showsUnit(unit));
-            EXPECT_TRUE(lateness > 4s || requests.size() <= 2 * ReadExchanges)
+            EXPECT_TRUE(lateness > milliseconds(4000) || requests.size() <= 2 * ReadExchanges)
                 << "a reply that is a little late is nobody else's";
             unplugAndWait();
         }
