@@ -99,6 +99,9 @@ TEST_F(Product, ReadsAUnitThatHasGoneInAnyExchangeOnceItIsBack)
     for (int i = 0; i < 2 * std::ssize(cases) && !HasFailure(); ++i) {
         const auto [task, exchange] = cases.at(std::size_t(i / 2));
         const bool isShort = i % 2 == 1;
+        if (!isShort && exchange > 1) {
+            continue; // an exchange without its unit takes its 3 s, and they are all alike
+        }
         SCOPED_TRACE(testing::Message() << task << exchange << isShort);
         unit.setFault({});
         if (task != Read) {
