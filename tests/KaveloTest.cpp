@@ -49,8 +49,10 @@ std::string KaveloTest::printed(const std::function<void()> &action)
 {
     ::testing::internal::CaptureStdout();
     action();
-    EXPECT_EQ(__fpending(stdout), 0U) << "what a pipe's reader does not get yet";
-    return ::testing::internal::GetCapturedStdout();
+    const std::size_t kept = __fpending(stdout);
+    const std::string output = ::testing::internal::GetCapturedStdout();
+    EXPECT_EQ(kept, 0U) << "bytes come late through a pipe";
+    return output;
 }
 
 } // namespace kavelo

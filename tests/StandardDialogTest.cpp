@@ -274,7 +274,10 @@ TEST_F(StandardDialogTest, AnUnplugTakesItDownAtAnyMomentAndAReplugReadsEverythi
         [&] { boxes.reactWith([&](QMessageBox &box) {
                   EXPECT_EQ(box.parentWidget(), &window) << "not a closed dialog's";
                   box.close(); });
-              unit.setFault({.kind = FaultKind::Unplug, .exchange = 1}); open(0); write(right); },
+              open(0);
+              when([closed = dialog()] { return !closed->isVisible(); },
+                   [closed = dialog()] { closed->activateWindow(); }); // a slow desktop
+              unit.setFault({.kind = FaultKind::Unplug, .exchange = 1}); write(right); },
     };
     // clang-format on
     plugInAndWait();
