@@ -38,7 +38,8 @@ TEST_F(MenuTest, NamesItsItemsAndItsNotices)
     EXPECT_EQ(boxes.messages().last(),
               QStringLiteral("You can download the Quick Start Guide from the following.\n"
                              "https://www.marvode.example/kavelo/quick-start"));
-    boxes.reactWith([](QMessageBox &box) {
+    boxes.reactWith([this](QMessageBox &box) {
+        EXPECT_EQ(box.parentWidget(), &window);
         EXPECT_GE(box.width(), 420) << "its texts wrap after a few words";
         EXPECT_FALSE(box.iconPixmap().isNull());
         const LeanMenuBarStyle style;
