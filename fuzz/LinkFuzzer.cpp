@@ -271,6 +271,7 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     kavelo::resetLinkState();
+    kavelo::bus::reset();
     kavelo::boxesShown = 0;
     kavelo::LinkRun(std::span(bytes, size)).run();
     return 0;

@@ -96,7 +96,7 @@ protected:
         if (task == Read) {
             bus::plugIn(unit);
         } else if (task == Write) {
-            writeClick(EditedPedal, QStringLiteral("radiobuttonRightClick")); // the factory's
+            writeClick(EditedPedal, "RightClick"); // the factory's
             EXPECT_EQ(isBlank(), fails);
         } else {
             boxes.answerWith(Qt::Key_Escape);
@@ -144,7 +144,7 @@ protected:
         unit.setFault({});
         unit.memory().pedals[EditedPedal] = {.mode = SIMPLE_CLICK, .record = {1}};
         plugInAndWait();
-        writeClick(EditedPedal, QStringLiteral("radiobuttonCenterClick"));
+        writeClick(EditedPedal, "CenterClick");
         EXPECT_EQ(boxes.messages().last(), Success);
         EXPECT_EQ(unit.memory().pedals[EditedPedal].record[0], 4);
         EXPECT_TRUE(showsUnit(unit));

@@ -1,19 +1,20 @@
 #include "KaveloTest.h"
 
-#include "LinkState.h"
-#include "MainWindowViewController.h"
-#include "SettingDialogViewController.h"
+#include "HID_PnP.h"
+#include "ProgramState.h"
+#include "SimulatedBus.h"
 
 #include <QTest>
 #include <QTimer>
+
+#include <stdio_ext.h>
 
 namespace kavelo {
 
 KaveloTest::KaveloTest()
 {
-    resetLinkState();
-    InitialState = SettingEnabled = timer2state = false;
-    PedalName.clear();
+    resetProgramState();
+    bus::reset();
     QObject::connect(&unit, &SimulatedUnit::exchanged, &unit, [this](const Exchange &exchange) {
         if (exchange.outcome == Exchange::Outcome::Waiting ||
             exchange.outcome == Exchange::Outcome::Refused) {
@@ -48,7 +49,10 @@ std::string KaveloTest::printed(const std::function<void()> &action)
 {
     ::testing::internal::CaptureStdout();
     action();
-    return ::testing::internal::GetCapturedStdout();
+    const std::size_t kept = __fpending(stdout);
+    const std::string output = ::testing::internal::GetCapturedStdout();
+    EXPECT_EQ(kept, 0U) << "bytes come late through a pipe";
+    return output;
 }
 
 } // namespace kavelo

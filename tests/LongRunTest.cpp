@@ -16,12 +16,10 @@ TEST_P(LongRunTest, PlugInsAndEditsLeaveNothingBehind)
     expectSteadyFootprint(window, GetParam(), [this](int round) {
         plugInAndWait();
         const std::uint8_t button = round % 2 == 0 ? 2 : 4;
-        writeClick(2, button == 2 ? QStringLiteral("radiobuttonRightClick")
-                                  : QStringLiteral("radiobuttonCenterClick"));
+        writeClick(2, button == 2 ? "RightClick" : "CenterClick");
         ASSERT_EQ(unit.memory().pedals[2].record[0], button);
         ASSERT_TRUE(showsUnit(unit));
         unplugAndWait();
-        ASSERT_EQ(dialog(), nullptr);
         ASSERT_EQ(boxes.messages().size(), 1);
         requests.clear();
         boxes.forgetMessages();

@@ -59,7 +59,7 @@ TEST_F(PressTest, OnePressOpensAWindowOrAnswersItAndTheNextOneAfterAMomentDoesTh
     const std::vector<std::tuple<const char *, Press, bool>> presses{
         {"held", [&] { hold(Qt::Key_Return, 2500); }, true},
         {"Escape held", [&] { hold(Qt::Key_Escape, 1500); }, false},
-        {"twice", [&] { doublePress(Qt::Key_Return); }, true},
+        {"twice", [&] { doublePress(Qt::Key_Enter); }, true},
         {"writes", [&] { QTest::keyClick(focus(), Qt::Key_Return); }, false},
         {"never let go of", [&] { QTest::keyPress(focus(), Qt::Key_Return); }, true},
     };
@@ -68,18 +68,18 @@ TEST_F(PressTest, OnePressOpensAWindowOrAnswersItAndTheNextOneAfterAMomentDoesTh
         settle();
         press();
         QTest::qWait(400);
-        ASSERT_EQ(dialog() != nullptr, opensDialog);
+        ASSERT_EQ(isDialogShown(), opensDialog);
     }
     EXPECT_EQ(requests.size(), 2U) << "one write";
     QTest::qWait(int(PressGuard::LongestRepeatDelay.count()));
     QTest::keyClick(focus(), Qt::Key_Escape);
-    EXPECT_EQ(dialog(), nullptr);
+    EXPECT_FALSE(isDialogShown());
 }
 
 TEST_F(PressTest, ASecondClickIsNoneHoweverLateItIsHandled)
 {
     quint64 stamp = 100000;
-    const auto press = [&](QWidget *button) {
+    const auto clickAtOnce = [&](QWidget *button) {
         for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
             const QPointF at(10, 10);
             QMouseEvent event(type, at, button->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
@@ -88,41 +88,39 @@ TEST_F(PressTest, ASecondClickIsNoneHoweverLateItIsHandled)
             QApplication::sendEvent(button, &event);
         }
     };
-    press(standard(0));
-    ASSERT_NE(dialog(), nullptr);
-    auto *const cancel = dialog()->findChild<QPushButton *>(QStringLiteral("buttonCancel"));
+    clickAtOnce(standard(0));
+    QWidget *const cancel = control("Cancel");
     stamp += 150;
-    press(cancel);
-    EXPECT_NE(dialog(), nullptr) << "the window has only just come";
+    clickAtOnce(cancel);
+    EXPECT_TRUE(isDialogShown()) << "the window has only just come";
     QTest::qWait(2000); // the machine is busy
     stamp += 150;
-    press(cancel);
-    EXPECT_NE(dialog(), nullptr) << "the press comes late, but was a quick one";
+    clickAtOnce(cancel);
+    EXPECT_TRUE(isDialogShown()) << "the press comes late, but was a quick one";
     QTest::qWait(2000);
     stamp += 2000;
-    press(cancel);
-    EXPECT_EQ(dialog(), nullptr);
+    clickAtOnce(cancel);
+    EXPECT_FALSE(isDialogShown());
 }
 
 TEST_F(PressTest, AnActionOfAssistiveTechnologyIsTakenAtOnceAndWaitsForNobody)
 {
-    const auto act = [](QObject *control) {
-        QAccessible::queryAccessibleInterface(control)->actionInterface()->doAction(
-            QAccessibleActionInterface::pressAction());
+    const auto press = [](QObject *button) {
+        assistance(button)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     };
     const auto leave = [](QMessageBox & /*box*/) {};
-    OutputMode[0] = POINTER_MOVE;
+    OutputMode[0] = SIMPLE_DOUBLE_CLICK;
     boxes.reactWith(leave);
-    act(standard(0));
+    press(standard(0));
     ASSERT_TRUE(waitUntil([&] { return box() != nullptr; })) << "the question";
-    EXPECT_EQ(dialog(), nullptr);
-    act(box()->button(QMessageBox::Ok));
-    ASSERT_TRUE(waitUntil([&] { return dialog() != nullptr; }));
-    dialog()->findChild<QAbstractButton *>(QStringLiteral("radiobuttonRightClick"))->click();
-    boxes.reactWith([&](QMessageBox &success) { act(success.button(QMessageBox::Ok)); });
-    act(dialog()->findChild<QPushButton *>(QStringLiteral("buttonProgramKavelo")));
-    EXPECT_NE(dialog(), nullptr) << "the action waits for the user";
-    ASSERT_TRUE(waitUntil([&] { return dialog() == nullptr; }));
+    EXPECT_FALSE(isDialogShown());
+    press(box()->button(QMessageBox::Ok));
+    ASSERT_TRUE(waitUntil([&] { return isDialogShown(); }));
+    control<QAbstractButton>("RightClick")->click();
+    boxes.reactWith([&](QMessageBox &success) { press(success.button(QMessageBox::Ok)); });
+    press(control("ProgramKavelo"));
+    EXPECT_TRUE(isDialogShown()) << "the action waits for the user";
+    ASSERT_TRUE(waitUntil([&] { return !isDialogShown(); }));
 
     // A notice that is opened within a read does not keep it up.
     boxes.reactWith(leave);
@@ -132,7 +130,7 @@ TEST_F(PressTest, AnActionOfAssistiveTechnologyIsTakenAtOnceAndWaitsForNobody)
     DeviceDetectedChanged = true;
     ASSERT_TRUE(waitUntil([&] { return box() != nullptr && !Flag_send && showsUnit(unit); }));
     EXPECT_EQ(printed([&] {
-                  act(box()->button(QMessageBox::Ok));
+                  press(box()->button(QMessageBox::Ok));
                   EXPECT_TRUE(waitUntil([&] { return box() == nullptr; }));
               }),
               "alert_OK_pushed\n");

@@ -2,7 +2,6 @@
 
 #include <QAbstractItemView>
 #include <QMessageBox>
-#include <QScopeGuard>
 
 namespace kavelo {
 namespace {
@@ -21,24 +20,26 @@ class StandardDialogTest : public DialogTest
 protected:
     void open(int pedal)
     {
-        settle();
-        WindowTest::click(standard(pedal));
+        openStandard(pedal);
         EXPECT_TRUE(waitUntil([] { return QApplication::activeModalWidget() == nullptr; }));
         settle();
     }
-    QComboBox *keys() { return dialog()->findChild<QComboBox *>(); }
-    Choice shown() { return {tabs()->currentIndex(), checked(), keys()->currentIndex()}; }
+    QComboBox *keys() { return required(dialog()->findChild<QComboBox *>(), "listboxKeys"); }
+    Choice shownChoice()
+    {
+        return {tabs()->currentIndex(), checkedButtons(), keys()->currentIndex()};
+    }
 
     void write(const Choice &choice)
     {
         const auto &[tab, buttons, key] = choice;
         QTest::keyClick(tabs()->tabBar(), tab == 0 ? Qt::Key_Left : Qt::Key_Right);
-        take(buttons + (key < 0 ? "" : " Keys=" + std::to_string(key)));
+        perform(buttons + (key < 0 ? "" : " Keys=" + std::to_string(key)));
         click("ProgramKavelo");
     }
 };
 
-TEST_F(StandardDialogTest, NamesThePedalAndItsControlsAndTabReachesThem)
+TEST_F(StandardDialogTest, NamesThePedal)
 {
     const std::vector<std::vector<std::string>> places{
         {"Right", "Left"},
@@ -56,20 +57,25 @@ TEST_F(StandardDialogTest, NamesThePedalAndItsControlsAndTabReachesThem)
         }
     }
     NumberOfPedals = 1;
-    open(0); // a left click
+    open(0);
     EXPECT_EQ(label("Label_PedalName"), "Standard settings");
     EXPECT_EQ(dialog()->windowTitle(), QStringLiteral("Standard settings"));
-    EXPECT_EQ(controls(), " +Mouse +Left button click -Right button click -Middle button click "
+}
+
+TEST_F(StandardDialogTest, EveryControlIsNamedAndReachedByTab)
+{
+    plugInAndWait();
+    open(0); // a left click
+    EXPECT_EQ(tabOrder(), " +Mouse +Left button click -Right button click -Middle button click "
                           "-Double click +Write to Kavelo +Cancel");
-    in("LeftClick")->setFocus();
-    QTest::keyClick(in("LeftClick"), Qt::Key_Down);
-    EXPECT_EQ(checked(), "RightClick");
+    control("LeftClick")->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(checkedButtons(), "RightClick");
     tabs()->setCurrentIndex(0);
-    EXPECT_EQ(controls(), " +Keyboard +WITHOUT control, shift, option, command "
+    EXPECT_EQ(tabOrder(), " +Keyboard +WITHOUT control, shift, option, command "
                           "-WITH control, shift, option, command -ONLY control, shift, option, "
                           "command -control -shift -option -command +Key -Write to Kavelo +Cancel");
     EXPECT_EQ(label("labelExplanation"), "Explanation");
-    EXPECT_EQ(keys()->count(), 91);
 }
 
 TEST_F(StandardDialogTest, ShowsASettingOrAsksAboutOneBeyondTheStandard)
@@ -102,18 +108,18 @@ TEST_F(StandardDialogTest, ShowsASettingOrAsksAboutOneBeyondTheStandard)
             SettingEnabled = true;            // as another dialog has left it
             EXPECT_EQ(printed([&] { open(2); }), beyond + "and the user selected canceling.\n");
             EXPECT_FALSE(SettingEnabled);
-            EXPECT_EQ(dialog(), nullptr);
+            EXPECT_FALSE(isDialogShown());
             boxes.answerWith(Qt::Key_Escape); // the OK button's key
             log = beyond + "but the user selected settings by the Standard.\n";
         }
         EXPECT_EQ(printed([&] { open(2); }), log);
         EXPECT_EQ(boxes.messages(), QStringList(isWithin ? 0 : 2, Question));
-        EXPECT_EQ(shown(), choice);
+        EXPECT_EQ(shownChoice(), choice);
         EXPECT_EQ(label("textboxExplanation") == "Shift and this key will be an uppercase A",
                   keys()->currentIndex() == 0);
-        EXPECT_EQ(in("ProgramKavelo")->isEnabled(), canBeWritten);
-        QTest::keyClick(in("Cancel"), Qt::Key_Return);
-        EXPECT_EQ(dialog(), nullptr);
+        EXPECT_EQ(control("ProgramKavelo")->isEnabled(), canBeWritten);
+        QTest::keyClick(control("Cancel"), Qt::Key_Return);
+        EXPECT_FALSE(isDialogShown());
         EXPECT_FALSE(StandardSettingDialogOpen);
         EXPECT_EQ(std::tie(OutputMode[2], CommonData[2]), std::tie(mode, record));
     }
@@ -142,13 +148,13 @@ TEST_F(StandardDialogTest, TheControlsFollowTheChoice)
     unit.memory().pedals[0] = {};
     plugInAndWait();
     open(0);
-    for (const auto &[tab, control, keyControls, modifiers, canBeWritten] : steps) {
-        SCOPED_TRACE(control);
+    for (const auto &[tab, pressed, keyControls, modifiers, canBeWritten] : steps) {
+        SCOPED_TRACE(pressed);
         tabs()->setCurrentIndex(tab);
-        take(control);
-        EXPECT_EQ(enabled("^(labelKeys|listboxKeys|.*Explanation)$"), keyControls);
-        EXPECT_EQ(enabled("^checkbox"), modifiers);
-        EXPECT_EQ(in("ProgramKavelo")->isEnabled(), canBeWritten);
+        perform(pressed);
+        EXPECT_EQ(countEnabled("labelKeys|Keys|.*Explanation"), keyControls);
+        EXPECT_EQ(countEnabled("checkbox.*"), modifiers);
+        EXPECT_EQ(control("ProgramKavelo")->isEnabled(), canBeWritten);
     }
     EXPECT_EQ(keys()->currentText(), QStringLiteral("x"));
     EXPECT_EQ(label("textboxExplanation"), "Shift and this key will be an uppercase X");
@@ -160,44 +166,42 @@ TEST_F(StandardDialogTest, AssistiveTechnologyChoosesAKeyWhetherTheListIsOpenOrN
     plugInAndWait();
     open(0);
     QAbstractItemView *list = keys()->view();
-    const auto toggle = [&](int key) {
-        QAccessible::queryAccessibleInterface(list)->child(key)->actionInterface()->doAction(
+    const auto choose = [&](int key) {
+        assistance(list)->child(key)->actionInterface()->doAction(
             QAccessibleActionInterface::toggleAction());
         runTicks(1);
         return keys()->currentIndex();
     };
-    EXPECT_EQ(toggle(5), 5);
+    const auto chosenAfter = [&](Qt::Key key) {
+        QTest::keyClick(list, key);
+        runTicks(1);
+        return keys()->currentIndex();
+    };
+    EXPECT_EQ(choose(5), 5);
     EXPECT_EQ(label("textboxExplanation"), "Shift and this key will be an uppercase F");
-    EXPECT_TRUE(in("ProgramKavelo")->isEnabled());
+    EXPECT_TRUE(control("ProgramKavelo")->isEnabled());
     keys()->showPopup();
-    QTest::keyClick(list, Qt::Key_Down);
-    runTicks(1);
-    EXPECT_EQ(keys()->currentIndex(), 5) << "the user has only walked there";
-    EXPECT_EQ(toggle(8), 8);
+    EXPECT_EQ(chosenAfter(Qt::Key_Down), 5) << "the user has only walked there";
+    EXPECT_EQ(choose(8), 8);
     EXPECT_FALSE(list->isVisible());
     keys()->showPopup();
-    QTest::keyClick(list, Qt::Key_Down);
-    QTest::keyClick(list, Qt::Key_Escape);
-    runTicks(1);
-    EXPECT_EQ(keys()->currentIndex(), 8);
-    EXPECT_EQ(toggle(9), 9) << "where the user has walked to before";
-    take("OnlyModifiers");
-    EXPECT_EQ(toggle(3), 9) << "the list can't be used";
+    EXPECT_EQ(chosenAfter(Qt::Key_Down), 8);
+    EXPECT_EQ(chosenAfter(Qt::Key_Escape), 8);
+    EXPECT_EQ(choose(9), 9) << "where the user has walked to before";
+    perform("OnlyModifiers");
+    EXPECT_EQ(choose(3), 9) << "the list can't be used";
 }
 
 TEST_F(StandardDialogTest, KeepsItsSizeAndCutsNoExplanation)
 {
-    const auto usualFont =
-        qScopeGuard([font = QApplication::font()] { QApplication::setFont(font); });
     plugInAndWait();
     load(0, SIMPLE_KEY_OUTPUT, {0, 4});
     for (const int size : {8, 13, 18}) {
-        QFont font = QApplication::font();
-        font.setPointSize(size);
-        QApplication::setFont(font);
+        setFontSize(size);
         open(0);
+        ASSERT_EQ(keys()->count(), 91);
         EXPECT_EQ(dialog()->minimumSize(), dialog()->maximumSize());
-        const auto *text = dialog()->findChild<QLabel *>(QStringLiteral("textboxExplanation"));
+        const auto *text = control<QLabel>("textboxExplanation");
         const QSize usual = dialog()->size();
         for (int key = 1; key < keys()->count(); ++key) {
             QTest::keyClick(keys(), Qt::Key_Down);
@@ -239,21 +243,20 @@ TEST_F(StandardDialogTest, EveryChoiceSurvivesTheRoundThroughTheUnit)
         boxes.answerWith(Qt::Key_Escape);
         open(3);
         if (buttons == "NoModifiers") {
-            take("WithModifiers Ctrl Shift Alt WindowsKey"); // ticks that must not count
+            perform("WithModifiers Ctrl Shift Alt WindowsKey"); // ticks that must not count
         }
         SelectedPedalNo = 1; // as a read of the unit and another dialog have left them
         PedalName = QStringLiteral("Left Pedal");
         boxes.answerWith(Qt::Key_Return);
         write(choice);
         EXPECT_TRUE(boxes.messages().last().contains(QStringLiteral("Left End Pedal")));
-        ASSERT_EQ(dialog(), nullptr);
+        ASSERT_FALSE(isDialogShown());
         EXPECT_TRUE(
             std::equal(before.begin() + written, before.end(), pedal.record.begin() + written));
 
         load(3, pedal.mode, pedal.record);
         open(3);
-        ASSERT_NE(dialog(), nullptr) << "it is within the Standard";
-        EXPECT_EQ(shown(), choice);
+        EXPECT_EQ(shownChoice(), choice);
         QTest::keyClick(dialog(), Qt::Key_Escape);
     }
 }
@@ -275,7 +278,7 @@ TEST_F(StandardDialogTest, AnUnplugTakesItDownAtAnyMomentAndAReplugReadsEverythi
     plugInAndWait();
     for (std::size_t i = 0; i < moments.size(); ++i) {
         SCOPED_TRACE(i);
-        when([&] { return dialog() == nullptr && isBlank(); }, [&] { bus::plugIn(unit); });
+        when([&] { return !isDialogShown() && isBlank(); }, [&] { bus::plugIn(unit); });
         moments[i]();
         ASSERT_TRUE(waitUntil([&] { return bus::isPluggedIn(unit) && showsUnit(unit); }));
         runTicks(2);

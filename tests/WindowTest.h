@@ -13,10 +13,12 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <algorithm>
 #include <random>
+#include <stdexcept>
 #include <vector>
 
 namespace kavelo {
@@ -49,6 +51,10 @@ class WindowTest : public KaveloTest
 protected:
     WindowTest() { window.show(); }
 
+    static void setFontSize(int points)
+    {
+        QApplication::setFont(QFont(QApplication::font().family(), points));
+    }
     void plugInAndWait()
     {
         requests.clear();
@@ -63,10 +69,18 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return isBlank(); })) << explanation().toStdString();
     }
 
-    template <class Control>
-    Control *find(const char *name, int row)
+    /// What a test can't go on without: that it isn't there fails the test by its name.
+    template <class Object>
+    static Object *required(Object *object, QAnyStringView name)
     {
-        return window.findChild<Control *>(QString::asprintf(name, row));
+        const std::string missing = name.toString().toStdString() + " is not there, or not alone";
+        return object != nullptr ? object : throw std::runtime_error(missing);
+    }
+    template <class Control>
+    Control *find(const char *name, int row = 0)
+    {
+        const QString wanted = QString::asprintf(name, row);
+        return required(window.findChild<Control *>(wanted), wanted);
     }
     QLabel *name(int row) { return find<QLabel>("labelPedal%dName", row); }
     QPlainTextEdit *contents(int row)
@@ -75,10 +89,7 @@ protected:
     }
     QPushButton *standard(int row) { return find<QPushButton>("buttonSetPedal%dStandard", row); }
     QPushButton *advanced(int row) { return find<QPushButton>("buttonSetPedal%dAdvanced", row); }
-    QString explanation()
-    {
-        return window.findChild<QLabel *>(QStringLiteral("labelMainWindowExplanation"))->text();
-    }
+    QString explanation() { return find<QLabel>("labelMainWindowExplanation")->text(); }
 
     /// How many pedals can be edited.
     int litRows()
@@ -117,20 +128,62 @@ protected:
     }
 
     /// The dialog of a class that is on screen, or null: a dismissed one may still be there.
-    template <class Dialog>
+    template <class Dialog = PedalSettingDialog>
     Dialog *shownDialog()
     {
         const auto dialogs = window.findChildren<Dialog *>();
         const auto shown = std::ranges::find_if(dialogs, &QWidget::isVisible);
         return shown == dialogs.end() ? nullptr : *shown;
     }
-    SettingDialogViewController *dialog() { return shownDialog<SettingDialogViewController>(); }
+    bool isDialogShown() { return shownDialog() != nullptr; }
+    PedalSettingDialog *dialog() { return required(shownDialog(), "A pedal's dialog"); }
+    /// The controls of a dialog by their objects' names, in which the page at the front, the kind
+    /// and a stepper's ending may be left out: "Up" is "PM_radiobuttonUp". A name may be a pattern.
+    /// The misspelt "PM_radiobutttonSetNumber" is the outlet's prescribed name.
+    template <class Control = QWidget>
+    QList<Control *> controls(QAnyStringView name)
+    {
+        const auto whole = QStringLiteral("^([A-Z]+_)?(radiobutt+on|checkbox|listbox|button|"
+                                          "numericupdown)?(%1)(_stepper)?$");
+        return dialog()->findChildren<Control *>(QRegularExpression(whole.arg(name.toString())));
+    }
+    /// The only one of them on screen.
+    template <class Control = QWidget>
+    Control *control(QAnyStringView name)
+    {
+        auto shown = controls<Control>(name);
+        shown.removeIf([](Control *other) { return !other->isVisible(); });
+        return required(shown.size() == 1 ? shown[0] : nullptr, name);
+    }
+
     /// Waits until a window that has come or gone no longer keeps presses away.
     static void settle() { QTest::qWait(PressesTakenAfter); }
     /// Clicks on the left part of the control: a button's mark, or its title.
     static void click(QWidget *widget)
     {
         QTest::mouseClick(widget, Qt::LeftButton, {}, {10, widget->height() / 2});
+        QCoreApplication::sendPostedEvents(); // what writes does so from the event loop
+    }
+    void click(QAnyStringView name) { click(control(name)); }
+    /// Opens a pedal's dialog with the mouse, at rest before and afterwards.
+    void openStandard(int pedal)
+    {
+        settle();
+        click(standard(pedal));
+        settle();
+    }
+    /// What assistive technology sees of a control.
+    static QAccessibleInterface *assistance(QObject *object)
+    {
+        return QAccessible::queryAccessibleInterface(object);
+    }
+    /// Sets a pedal whose setting is a click already to another one, by clicks in the dialog.
+    void writeClick(int pedal, const char *choice)
+    {
+        openStandard(pedal);
+        click(choice);
+        click("ProgramKavelo");
+        EXPECT_TRUE(waitUntil([&] { return !isDialogShown(); }));
     }
     /// Goes round a window's controls with Tab, from `first` on; returns them in their order.
     static std::vector<QWidget *> tabStops(QWidget &shown, QWidget &first)
@@ -143,16 +196,6 @@ protected:
             QTest::keyClick(stops.back(), Qt::Key_Tab);
         }
         return stops;
-    }
-    /// Sets a pedal whose setting is a click already to another one, by clicks in the dialog.
-    void writeClick(int pedal, const QString &radioButton)
-    {
-        settle();
-        click(standard(pedal));
-        settle();
-        click(dialog()->findChild<QWidget *>(radioButton));
-        click(dialog()->findChild<QWidget *>(QStringLiteral("buttonProgramKavelo")));
-        EXPECT_TRUE(waitUntil([&] { return dialog() == nullptr; }));
     }
 
     QAction *restoreItem() { return window.menuItems().InitialStateToolStripMenuItem.get(); }

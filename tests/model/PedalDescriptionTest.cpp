@@ -41,13 +41,18 @@ constexpr auto Rows = std::to_array<Row>({
         "[Second click length] Same as the first click\n[Length between clicks] 0 ms"},
     {2, {3, 1, 1, 2}, "Double click\n[Button] Unexpected double click\n[First click length] 1 ms\n"
         "[Second click length] Until you release the pedal\n[Length between clicks] 2 ms"},
-    {3, {1, 2}, "Modifier plus click\n[Modifier] (Left)control\n[Click] Right button click"},
+    // Of these three each modifier is in others than all the rest.
+    {3, {0x55, 2}, "Modifier plus click\n"
+        "[Modifier] (Left)control+(Left)option+Right control+Right option\n"
+        "[Click] Right button click"},
     {3, {0, 4}, "Modifier plus click\n[Modifier] \n[Click] Middle button click"},
-    {3, {0x88, 3}, "Modifier plus click\n[Modifier] (Left)command+Right command\n"},
+    {3, {0x33, 3}, "Modifier plus click\n"
+        "[Modifier] (Left)control+(left)shift+Right control+Right shift\n"},
     {4, {0, 1, 9, 60, 1, 30}, "Modifier plus double click\n[Modifier] \n"
         "[Click] Left button double click\n[First click length] 60 ms\n"
         "[Second click length] Until you release the pedal\n[Length between clicks] 30 ms"},
-    {4, {2, 6, 1, 7, 2, 8}, "Modifier plus double click\n[Modifier] (left)shift\n"
+    {4, {0x0F, 6, 1, 7, 2, 8}, "Modifier plus double click\n"
+        "[Modifier] (Left)control+(left)shift+(Left)option+(Left)command\n"
         "[First click length] 7 ms\n[Second click length] Same as the first click\n"
         "[Length between clicks] 8 ms"},
     {5, {0, 4, 9, 9, 9, 9, 0, 0, 3, 0, 125, 1, 1}, "Continuous key output\n[Key] a\n"
@@ -136,11 +141,8 @@ TEST(PedalDescription, DescribesEverySetting)
 
 TEST(PedalDescription, NamesThePointersDirections)
 {
-    // clang-format off
-    constexpr std::array<const char *, 9> Words{"UpperLeft", "Up", "UpperRight",
-                                                "Left", "-----", "Right",
-                                                "LowerLeft", "Down", "LowerRight"};
-    // clang-format on
+    constexpr std::array Words{"UpperLeft", "Up",        "UpperRight", "Left",      "-----",
+                               "Right",     "LowerLeft", "Down",       "LowerRight"};
     OutputMode[0] = POINTER_MOVE;
     for (std::size_t i = 0; i < Words.size(); ++i) {
         CommonData[0] = {static_cast<std::uint8_t>(i % 3 - 1),
@@ -149,6 +151,16 @@ TEST(PedalDescription, NamesThePointersDirections)
             QStringLiteral("[Direction of movement] %1\r\n").arg(QLatin1String(Words.at(i)))))
             << Words.at(i);
     }
+}
+
+TEST(PedalSetting, ReadsSixteenBitsOfTheSelectedPedalsRecord)
+{
+    CommonData = {};
+    CommonData[3] = {0, 0xFE, 0xDC};
+    SelectedPedalNo = 3;
+    EXPECT_EQ(IntoValue16(1), 0xFEDC);
+    SelectedPedalNo = 4;
+    EXPECT_EQ(IntoValue16(1), 0);
 }
 
 } // namespace

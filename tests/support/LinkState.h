@@ -3,12 +3,11 @@
 #include "HID_PnP.h"
 #include "PedalSetting.h"
 #include "Protocol.h"
-#include "SimulatedBus.h"
 
 namespace kavelo {
 
-/// Puts the module-wide state of the settings and of the link into that of a fresh process and
-/// empties the simulated bus, for whoever runs one link after another.
+/// Puts the module-wide state of the settings and of the link into that of a fresh process, for
+/// whoever runs one link after another.
 inline void resetLinkState()
 {
     OutputMode = {};
@@ -25,7 +24,6 @@ inline void resetLinkState()
           &flag_MyRemovalCallback, &Flag_send, &Flag_input, &Flag_timeout}) {
         *flag = false;
     }
-    bus::reset();
 }
 
 } // namespace kavelo
