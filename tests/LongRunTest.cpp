@@ -26,7 +26,7 @@ TEST_P(LongRunTest, PlugInsAndEditsLeaveNothingBehind)
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Short, LongRunTest, ::testing::Values(100));
+INSTANTIATE_TEST_SUITE_P(Short, LongRunTest, ::testing::Values(30));
 // Not among the tests that ctest runs: scripts/long-run.
 INSTANTIATE_TEST_SUITE_P(Full, LongRunTest, ::testing::Values(2000));
 

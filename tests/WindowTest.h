@@ -157,7 +157,11 @@ protected:
     }
 
     /// Waits until a window that has come or gone no longer keeps presses away.
-    static void settle() { QTest::qWait(PressesTakenAfter); }
+    static void settle()
+    {
+        QTest::qSleep(PressesTakenAfter);
+        QCoreApplication::processEvents();
+    }
     /// Clicks on the left part of the control: a button's mark, or its title.
     static void click(QWidget *widget)
     {

@@ -2,6 +2,7 @@
 #include "Footprint.h"
 #include "MainWindowViewController.h"
 #include "PluggedDevice.h"
+#include "ProgramState.h"
 
 #include <QPlainTextEdit>
 #include <QProcess>
@@ -18,7 +19,7 @@ protected:
 
     void openWindow()
     {
-        DeviceDetectedChanged = false;
+        resetProgramState();
         window = std::make_unique<MainWindowViewController>();
         window->show();
         text = window->findChild<QPlainTextEdit *>(QStringLiteral("textboxPedal0Contents"));
