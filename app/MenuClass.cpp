@@ -12,6 +12,12 @@
 #include <utility>
 
 namespace kavelo {
+namespace {
+
+/// QKeySequence::Quit has no keys on a desktop that Qt does not know.
+constexpr QKeyCombination QuitKeys = Qt::CTRL | Qt::Key_Q;
+
+} // namespace
 
 MenuClass::MenuClass(MenuItems items)
     : m_items(std::move(items))
@@ -24,7 +30,7 @@ MenuClass::MenuClass(MenuItems items)
             &MenuClass::QuickStartGuideToolStripMenuItem_Click);
     connect(m_items.VersionInformationToolStripMenuItem, &QAction::triggered, this,
             &MenuClass::VersionInformationToolStripMenuItem_Click);
-    m_items.ExitToolStripMenuItem->setShortcuts(QKeySequence::Quit);
+    m_items.ExitToolStripMenuItem->setShortcut(QuitKeys);
     qApp->installEventFilter(this);
 }
 
@@ -33,7 +39,7 @@ bool MenuClass::eventFilter(QObject * /*watched*/, QEvent *event)
     // Handles the shortcut of the Quit item for every window. The item's own shortcut works only in
     // the main window, not in dialogs and message boxes.
     if (event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent *>(event)->matches(QKeySequence::Quit)) {
+        QKeySequence(static_cast<QKeyEvent *>(event)->keyCombination()) == QuitKeys) {
         m_items.ExitToolStripMenuItem->trigger();
         return true;
     }

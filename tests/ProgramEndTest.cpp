@@ -13,10 +13,10 @@ namespace {
 using namespace std::chrono_literals;
 
 /// What the program is waiting for when the user ends it.
-enum Wait { Nothing, Read, Write, Restore };
+enum Wait { Nothing, Dialog, Question, Read, Write, Restore };
 
-/// Each case runs in a process of its own, which must end with status 0. Whether the user quits
-/// from the menu or else closes the window is the second parameter.
+/// Each case runs in a process of its own, which must end with status 0. Whether the user presses
+/// Ctrl+Q in the active window or else closes the main window is the second parameter.
 class ProgramEndDeathTest : public WindowTest,
                             public ::testing::WithParamInterface<std::tuple<Wait, bool>>
 {
@@ -31,6 +31,11 @@ protected:
         unit.setFault({.kind = FaultKind::DropReply, .exchange = wait == Read ? 4 : 0});
         if (wait == Read) {
             DeviceDetectedChanged = true;
+        } else if (wait == Dialog) {
+            window.buttonSetPedal0Standard_Clicked();
+        } else if (wait == Question) {
+            boxes.reactWith([](QMessageBox & /*box*/) {});
+            restoreItem()->trigger();
         } else if (wait == Write) {
             SettingEnabled = true;
             QTimer::singleShot(0, &window, &MainWindowViewController::SettingDialog_OK);
@@ -38,11 +43,19 @@ protected:
             boxes.answerWith(Qt::Key_Escape);
             restoreItem()->trigger();
         }
-        QAction *const quit = window.menuItems().ExitToolStripMenuItem;
-        when([wait] { return Flag_send == (wait != Nothing); },
-             [this, quit, quits] { quits ? quit->trigger() : void(window.close()); });
+        const auto hasCome = [this, wait] {
+            return wait == Question ? QApplication::activeModalWidget() != nullptr
+                                    : Flag_send == (wait >= Read) &&
+                                          (wait != Dialog || shownDialog() != nullptr);
+        };
+        when(hasCome, [this, quits] {
+            QWidget *box = QApplication::activeModalWidget();
+            QWidget *active = box != nullptr ? box : &window;
+            quits ? QTest::keyClick(active, Qt::Key_Q, Qt::ControlModifier) : void(window.close());
+        });
         const int status = QApplication::exec();
-        const bool isSilent = boxes.messages().size() == (wait == Restore ? 1 : 0);
+        const bool asks = wait == Question || wait == Restore;
+        const bool isSilent = boxes.messages().size() == (asks ? 1 : 0);
         std::exit(isSilent && !Flag_timeout ? status : 3);
     }
 };
@@ -54,7 +67,8 @@ TEST_P(ProgramEndDeathTest, IsPromptAndSilentWithStatusZero)
 }
 
 INSTANTIATE_TEST_SUITE_P(Ends, ProgramEndDeathTest,
-                         ::testing::Combine(::testing::Values(Nothing, Read, Write, Restore),
+                         ::testing::Combine(::testing::Values(Nothing, Dialog, Question, Read,
+                                                              Write, Restore),
                                             ::testing::Bool()));
 
 TEST_F(ProgramEndDeathTest, AUnitOfMajorVersion3IsRefusedInWordsAndTheProgramEnds)
