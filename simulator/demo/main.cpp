@@ -107,6 +107,7 @@ int main(int argc, char *argv[])
                      });
     window.show();
     placeBelow(panel, window);
+    panel.setAttribute(Qt::WA_ShowWithoutActivating); // the keyboard stays with the utility
     panel.show();
     window.activateWindow();
 
