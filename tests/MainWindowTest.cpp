@@ -59,7 +59,8 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
         EXPECT_LE(label->heightForWidth(width - 30), label->height());
         EXPECT_LE(label->geometry().bottom(), name(0)->y());
         EXPECT_LE(annotation->heightForWidth(width - 30), annotation->height());
-        EXPECT_EQ(contents(0)->viewport()->height() % contents(0)->cursorRect().height(), 0)
+        EXPECT_TRUE(pedals == 0 ||
+                    contents(0)->viewport()->height() % contents(0)->cursorRect().height() == 0)
             << "the last line is cut";
         bool isFull = standard(0)->font().pointSize() == fontSize;
         const int height = window.height();
