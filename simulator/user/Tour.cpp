@@ -127,8 +127,9 @@ bool Tour::drivePanel()
                                       {"faultExchange", 1}}) {
         control<QSpinBox>(m_panel, QLatin1String(name)).setValue(value);
     }
-    QTest::keyClicks(&control<QComboBox>(m_panel, QStringLiteral("fault")),
-                     QStringLiteral("Refuse"));
+    auto &fault = control<QComboBox>(m_panel, QStringLiteral("fault"));
+    QTest::keyClick(&fault, Qt::Key_Home);
+    QTest::keyClick(&fault, Qt::Key_Down); // "Refuse the send"
     expectBox(QStringLiteral("notice-sending-error"), Qt::Key_Return);
     click(control<QPushButton>(m_panel, QStringLiteral("replug")));
     if (!areBoxesAnswered() || !waitForPedals(MaxPedals)) {
