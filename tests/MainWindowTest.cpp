@@ -193,7 +193,8 @@ TEST_F(MainWindowTest, ScreenReadersAndShortcutsGoThroughThePedalsFromLeftToRigh
                 columns.push_back(control->x() / 225);
             }
         }
-        EXPECT_EQ(columns.size(), 1U + 3 * rows + pedals) << "names and buttons, texts if read";
+        EXPECT_EQ(columns.size(), std::size_t(1 + 3 * rows + pedals))
+            << "names and buttons, texts if read";
         EXPECT_TRUE(std::ranges::is_sorted(columns));
         for (int row = 0; row < MaxPedals; ++row) {
             EXPECT_EQ(area->indexOfChild(assistance(advanced(row))) >= 0, row < rows)
