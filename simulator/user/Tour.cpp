@@ -131,14 +131,14 @@ bool Tour::drivePanel()
     QTest::keyClick(&fault, Qt::Key_Home);
     QTest::keyClick(&fault, Qt::Key_Down); // "Refuse the send"
     expectBox(QStringLiteral("notice-sending-error"), Qt::Key_Return);
-    click(control<QPushButton>(m_panel, QStringLiteral("replug")));
+    control<QPushButton>(m_panel, QStringLiteral("replug")).click();
     if (!areBoxesAnswered() || !waitForPedals(MaxPedals)) {
         return false;
     }
     picture(m_panel, QStringLiteral("panel"));
     const auto &exchanges = *control<QTreeView>(m_panel, QStringLiteral("exchanges")).model();
     const bool areListed = exchanges.rowCount() > MaxPedals;
-    click(control<QPushButton>(m_panel, QStringLiteral("clear")));
+    control<QPushButton>(m_panel, QStringLiteral("clear")).click();
     return areListed && exchanges.rowCount() == 0 &&
            m_unit.memory().version == std::array<std::uint8_t, 3>{2, 9, 7} &&
            m_unit.replyDelay().count() == 1 && m_unit.lateness().count() == 70;
@@ -150,14 +150,14 @@ bool Tour::showEveryNumberOfPedals()
     auto &replug = control<QPushButton>(m_panel, QStringLiteral("replug"));
     for (int pedals = 0; pedals <= MaxPedals; ++pedals) {
         if (plug.isChecked()) {
-            click(plug);
+            plug.click();
         }
         if (!waitForPedals(0) || replug.isEnabled()) {
             return false;
         }
         if (pedals > 0) {
             control<QSpinBox>(m_panel, QStringLiteral("numberOfPedals")).setValue(pedals);
-            click(plug);
+            plug.click();
         }
         if (!waitForPedals(pedals)) {
             return false;
@@ -200,7 +200,7 @@ bool Tour::editPedal()
 AdvancedSettingDialogViewController *Tour::openAdvancedDialog(int pedal)
 {
     control<QSpinBox>(m_panel, QStringLiteral("advancedPedal")).setValue(pedal);
-    click(control<QPushButton>(m_panel, QStringLiteral("openAdvanced")));
+    control<QPushButton>(m_panel, QStringLiteral("openAdvanced")).click();
     return SelectedPedalNo == pedal ? shownDialog<AdvancedSettingDialogViewController>(m_window)
                                     : nullptr;
 }
@@ -276,7 +276,7 @@ bool Tour::restore()
     printPedals();
     picture(m_window, QStringLiteral("main-restored"));
     // The utility leaves the bytes alone that a mode does not use.
-    click(control<QPushButton>(m_panel, QStringLiteral("factorySettings")));
+    control<QPushButton>(m_panel, QStringLiteral("factorySettings")).click();
     return m_unit.memory().pedals == UnitMemory().pedals;
 }
 
