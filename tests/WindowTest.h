@@ -79,7 +79,8 @@ protected:
     template <class Control>
     Control *find(const char *name, int row = 0)
     {
-        const QString wanted = QString::asprintf(name, row);
+        const QString wanted =
+            QString::fromLatin1(name).replace(QLatin1String("%d"), QString::number(row));
         return required(window.findChild<Control *>(wanted), wanted);
     }
     QLabel *name(int row) { return find<QLabel>("labelPedal%dName", row); }
