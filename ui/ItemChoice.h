@@ -12,7 +12,6 @@ namespace kavelo {
 class ItemChoice : public QObject
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(ItemChoice)
 
 public:
     explicit ItemChoice(QComboBox &box);

@@ -341,7 +341,7 @@ bool MainWindowViewController::sendFactorySettings()
     return isClosed;
 }
 
-void MainWindowViewController::tellOutcomeOfRestore(bool isRestored)
+void MainWindowViewController::tellOutcomeOfRestore(bool isRestored) const
 {
     if (m_closing) {
         return;

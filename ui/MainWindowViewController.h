@@ -135,7 +135,7 @@ private:
     void restoreInitialSettings();
     [[nodiscard]] bool isRestoreWanted();
     [[nodiscard]] bool sendFactorySettings();
-    void tellOutcomeOfRestore(bool isRestored);
+    void tellOutcomeOfRestore(bool isRestored) const;
 
     std::unique_ptr<Ui::MainWindowViewController> m_ui;
     PressGuard m_pressGuard;

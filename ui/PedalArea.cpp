@@ -16,12 +16,12 @@ public:
     {
     }
 
-    int childCount() const override { return static_cast<int>(controls().size()); }
-    QAccessibleInterface *child(int index) const override
+    [[nodiscard]] int childCount() const override { return static_cast<int>(controls().size()); }
+    [[nodiscard]] QAccessibleInterface *child(int index) const override
     {
         return QAccessible::queryAccessibleInterface(controls().value(index));
     }
-    int indexOfChild(const QAccessibleInterface *child) const override
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface *child) const override
     {
         return static_cast<int>(controls().indexOf(child->object()));
     }

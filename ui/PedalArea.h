@@ -10,7 +10,6 @@ namespace kavelo {
 class PedalArea : public QWidget
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(PedalArea)
 
 public:
     explicit PedalArea(QWidget *parent = nullptr);

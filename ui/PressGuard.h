@@ -19,7 +19,6 @@ namespace kavelo {
 class PressGuard : public QObject
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(PressGuard)
 
 public:
     /// Time without key presses after which keys work again. For the mouse it is the desktop's

@@ -31,8 +31,8 @@ int UhidUnit::plugIn()
     const int error = m_device.plugIn(
         {.name = QByteArrayLiteral("Kavelo simulated by kavelo-unit"),
          .uniqueId = "kavelo-unit-" + QByteArray::number(QCoreApplication::applicationPid()),
-         .vendorId = m_unit.matching().vendorId,
-         .productId = m_unit.matching().productId,
+         .vendorId = SimulatedUnit::matching().vendorId,
+         .productId = SimulatedUnit::matching().productId,
          .reportDescriptor = descriptor});
     m_unit.setPowered(error == 0);
     return error;

@@ -13,7 +13,6 @@ namespace kavelo {
 class SimulatedHidManager : public QObject, public hid::DeviceSet<SimulatedDevice>
 {
     Q_OBJECT
-    Q_DISABLE_COPY_MOVE(SimulatedHidManager)
 
 public:
     SimulatedHidManager();
