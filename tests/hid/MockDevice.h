@@ -37,11 +37,12 @@ public:
         m_notifier.emplace(m_end.get(), QSocketNotifier::Read);
         QObject::connect(&*m_notifier, &QSocketNotifier::activated, [this] { receiveAll(); });
         powerOn();
-        const std::string text = "P: " + m_parent + "\nE: SUBSYSTEM=hid\nE: HID_ID=" + kind.hidId +
-                                 "\nH: report_descriptor=" + kind.descriptor +
-                                 "\n\nP: " + m_parent + "/" + m_name +
-                                 "\nE: SUBSYSTEM=" + kind.subsystem + "\nE: DEVNAME=" + node() +
-                                 "\nE: MAJOR=240\nE: MINOR=900\nA: dev=240:900\n\n";
+        const std::string text =
+            "P: " + m_parent + "\nE: SUBSYSTEM=hid\nE: HID_ID=" + kind.hidId +
+            "\nE: HID_NAME=Kavelo\nE: HID_UNIQ=\nH: report_descriptor=" + kind.descriptor +
+            "\n\nP: " + m_parent + "/" + m_name + "\nE: SUBSYSTEM=" + kind.subsystem +
+            "\nE: DEVNAME=" + node() +
+            "\nE: MAJOR=240\nE: MINOR=900\nA: dev=240:900\nL: device=..\n\n";
         EXPECT_TRUE(umockdev_testbed_add_from_string(Testbed.get(), text.c_str(), nullptr));
     }
     ~MockDevice() override
