@@ -36,8 +36,8 @@ struct PostedCalls : QObject
     int count = 0;
 };
 
-/// Gives or takes everybody's permission to open the node, also root's, who could do without it.
-/// The group's bits limit what the access list gives a user.
+/// Gives or takes the permission to open the node, from root as well. The mode's group bits are
+/// also the limit of what the node's access list gives to a user.
 void setPermitted(const PluggedDevice &unit, bool allowed)
 {
     ::chmod(unit.path().c_str(), allowed ? 0660 : 0);
@@ -58,7 +58,7 @@ TEST_F(HidTest, FindsExactlyTheMatchingDevices)
         {"its keyboard interface", {.descriptor = "05010906a101c0"}, 0},
         {"another vendor", {.hidId = "0003:00001208:00000001"}, 0},
         {"another product", {.hidId = "0003:00001209:00000002"}, 0},
-        // None but a mocked device is like these.
+        // Only mocked devices can be like these.
         {"half an ID", {.hidId = "0003:00001209"}, 0},
         {"another node of it", {.subsystem = "input"}, 0},
     };
@@ -99,7 +99,7 @@ TEST_F(HidTest, ADeadNodeIsARemovalAtOnceAndOnlyOnce)
         settle();
         unit.reset();
         settle();
-        // What the system still lists is a new device for a manager that looks.
+        // A manager that looks takes the device for a new one while the system still lists it.
         const std::size_t most = isLooking ? 2 : 1;
         for (const Devices &told : {removals, arrivals}) {
             EXPECT_EQ(std::ranges::count(told, device), 1);
@@ -113,11 +113,11 @@ TEST_F(HidTest, TheSameNodePluggedAgainIsANewDevice)
     startWithUnit();
     followArrivals();
     settle();
-    // A manager that looks knows a node by its name only, and so needs it open.
+    // A manager that looks tells two devices of one name apart only by the end of the open one.
     EXPECT_TRUE(!isLooking || send(device));
     plugInAnew();
     EXPECT_FALSE(send(device)) << "the removal is not known yet";
-    unit->sendEvent("remove"); // takes back an arrival that is not known yet, either
+    unit->sendEvent("remove"); // also cancels an arrival that is not announced yet
     unit->sendEvent("add");
     settle();
     const DeviceRef again = manager->copyDevices().at(0);
@@ -135,7 +135,7 @@ TEST_F(HidTest, WritesOnlyTheReportsBytesAndNeverMoreThanSixteen)
     // From a mocked node, the rest of a long report comes as a report of its own, so the long one
     // is the last. The kernel drops short ones.
     const std::vector<std::size_t> sizes{1, 15, 16, 17};
-    const bool isRestSeen = !areDevicesReal() && isLooking; // the reader does not wait for the test
+    const bool isRestSeen = !areDevicesReal() && isLooking;
     for (const std::size_t size :
          std::span(sizes).first(isRestSeen ? 3 : 4).subspan(areDevicesReal() ? 2 : 0)) {
         SCOPED_TRACE(size);
@@ -159,12 +159,12 @@ TEST_F(HidTest, SaysWhetherAReportWentOut)
     if (areDevicesReal() || isLooking) {
         GTEST_SKIP() << "a real device takes all reports; hidapi waits until a mocked one does";
     }
-    // While the event loop does not run, nobody takes the reports, until there is no room for more.
+    // While the event loop does not run, no report is read, until there is no room for another one.
     std::size_t sent = 1;
     while (sent < 10000 && send(device)) {
         ++sent;
     }
-    EXPECT_FALSE(send(device)) << "nor is there for a single byte";
+    EXPECT_FALSE(send(device)) << "nor is there room for a single byte";
     EXPECT_TRUE(waitUntil([&] { return unit->writes.size() == sent; }));
 }
 
@@ -184,11 +184,11 @@ TEST_F(HidTest, CallsNothingThatWasSwitchedOffMeanwhile)
     EXPECT_EQ(arrivals, Devices());
     EXPECT_EQ(guarded, decltype(guarded)());
 
-    // Nor does the dropped report come up when somebody listens again.
+    // The dropped report does not arrive after the next registration, either.
     listen(device);
     EXPECT_EQ(received(reportOf(2)), Reports{reportOf(2)});
 
-    // Registered twice, the arrival is still delivered once.
+    // After two registrations, the arrival is delivered once.
     followArrivals();
     followArrivals();
     settle();
@@ -251,7 +251,7 @@ TEST_F(HidTest, ARefusedNodeIsNamedOnceAndComesAsANewDeviceWhenItCanBeOpened)
                   "\n");
     EXPECT_EQ(manager->copyDevices(), Devices{device});
 
-    unit->queueReport(reportOf(1)); // for whoever was there before
+    unit->queueReport(reportOf(1)); // as if to the program that used it before
     setPermitted(*unit, true);
     EXPECT_FALSE(send(device));
     ASSERT_TRUE(waitUntil([&] { return !removals.empty(); }));

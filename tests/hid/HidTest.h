@@ -35,7 +35,7 @@ inline void breakDescriptor(int descriptor)
     ASSERT_GE(::dup2(FileDescriptor(::open("/", O_RDONLY)).get(), descriptor), 0);
 }
 
-/// A manager and what its callbacks were called with.
+/// A HID manager, and what its callbacks were called with.
 class HidTest : public testing::Test
 {
 protected:
@@ -76,7 +76,7 @@ protected:
         const auto buffer = std::span(guarded).subspan<ReportSize, ReportSize>();
         source->registerInputReportCallback(buffer, callback, this);
     }
-    /// Lets the unit send a report and returns what comes of it.
+    /// Lets the unit send a report and returns what the program receives.
     const Reports &received(const Bytes &report)
     {
         reports.clear();
@@ -113,7 +113,7 @@ protected:
         static_cast<HidTest *>(context)->afterCallback();
     }
 
-    /// Whether the manager has no events of the system, but looks for changes again and again.
+    /// Whether the manager gets no events from the system and looks for changes at a timer instead.
     bool isLooking = false;
     std::unique_ptr<PluggedDevice> unit;
     std::unique_ptr<hid::Manager> manager;
@@ -122,7 +122,7 @@ protected:
     Devices removals;
     Reports reports;
     std::function<void()> afterCallback = [] {};
-    /// The registered buffer, with as many bytes on either side that nothing may touch.
+    /// The registered buffer, between as many bytes on each side that must not change.
     std::array<std::uint8_t, 3 *ReportSize> guarded = {};
 };
 

@@ -13,7 +13,7 @@ bool udevRuns = true;
 
 } // namespace
 
-/// Takes the C library's place.
+/// Replaces the function of the C library.
 extern "C" int access(const char *path, int mode) noexcept
 {
     if (path == std::string_view("/run/udev/control")) {
@@ -37,7 +37,7 @@ TEST_F(HidrawTest, KeepsTryingWhenUdevFailsAndSaysSoOnce)
     rlimit before = {};
     ::getrlimit(RLIMIT_NOFILE, &before);
     const int monitor = nextDescriptor();
-    // No number is left for another descriptor; a limit of 0 would stop the mock's own polls, too.
+    // Lets the program open no more descriptors. A limit of 0 would also stop the mock's polls.
     const rlimit none = {static_cast<rlim_t>(monitor), before.rlim_max};
     ::setrlimit(RLIMIT_NOFILE, &none);
     EXPECT_FALSE(manager->open());
@@ -46,7 +46,7 @@ TEST_F(HidrawTest, KeepsTryingWhenUdevFailsAndSaysSoOnce)
     device = manager->copyDevices().at(0);
 
     plugInAnew();
-    breakDescriptor(monitor); // and with the socket go the two events that wait in it
+    breakDescriptor(monitor); // and its two unread events are lost
     ASSERT_TRUE(waitUntil([&] { return !removals.empty(); }));
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "kavelo: cannot listen to udev: Too many open files\n");

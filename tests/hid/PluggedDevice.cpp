@@ -6,8 +6,9 @@
 
 #include <cstdarg>
 
-/// Takes the C library's place. A mocked node is a terminal; a hidraw node has a report descriptor,
-/// by whose size the library hidapi recognises it.
+/// Replaces the function of the C library. The library hidapi asks a node for the size of its
+/// report descriptor before it uses the node. A mocked node is a terminal, which does not know that
+/// request.
 extern "C" int ioctl(int file, unsigned long request, ...) noexcept
 {
     if (request == HIDIOCGRDESCSIZE && !kavelo::test::areDevicesReal()) {
