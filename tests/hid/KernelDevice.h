@@ -31,7 +31,9 @@ public:
         });
         powerOn();
         const QList<QByteArray> id = QByteArray(kind.hidId).split(':');
-        monitor(); // listens before the device is plugged in
+        // Events of a device that another process has plugged in may be left.
+        while (hid::UdevDevice(udev_monitor_receive_device(monitor()))) {
+        }
         EXPECT_EQ(m_device.plugIn({.name = "Kavelo of the tests",
                                    .uniqueId = {},
                                    .vendorId = id[1].toUInt(nullptr, 16),
