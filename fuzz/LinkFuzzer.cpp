@@ -25,17 +25,19 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
-/// How long after its request a reply is certain to be assigned to the right request. For an
-/// exchange this is its wait of 3 s and another second in which the link sends nothing. After a
-/// one-way request the link sends nothing for 3 s. Both times are reduced by 0.2 s, because timers
-/// may fire a little early.
-constexpr milliseconds ExchangePatience{3800};
-constexpr milliseconds OneWayPatience{2800};
+/// How long after its request a reply is certain to be assigned to the right request. Until then
+/// the link sends nothing else. Both times are reduced, because timers may fire a little early.
+constexpr milliseconds ExchangePatience = ReplyTimeout + ReplyLateness - 2 * TickPeriod;
+constexpr milliseconds OneWayPatience = ReplyTimeout - 2 * TickPeriod;
 
 /// Time until the next event, chosen by the lower bits of an argument.
-constexpr std::array<milliseconds, 8> Pauses{0ms, 0ms, 1ms, 30ms, 110ms, 900ms, 2900ms, 4100ms};
-constexpr std::array<milliseconds, 4> Delays{0ms, 1ms, 30ms, 2500ms};
-constexpr std::array<milliseconds, 4> Latenesses{2990ms, 3100ms, 4000ms, 7000ms};
+constexpr auto Pauses =
+    std::to_array<milliseconds>({0ms, 0ms, 1ms, 30ms, 110ms, 900ms, ReplyTimeout - 100ms,
+                                 ReplyTimeout + ReplyLateness + 100ms});
+constexpr std::array<milliseconds, 4> Delays{0ms, 1ms, 30ms, ReplyTimeout - 500ms};
+constexpr std::array<milliseconds, 4> Latenesses{ReplyTimeout - 10ms, ReplyTimeout + 100ms,
+                                                 ReplyTimeout + ReplyLateness,
+                                                 2 * ReplyTimeout + ReplyLateness};
 constexpr std::array<std::uint8_t, 4> Commands{GET_VERSION_NUMBER, GET_OUTPUT_MODE_AND_DATA,
                                                SET_OUTPUT_MODE_AND_DATA, SET_PARAMETERS};
 constexpr std::array<FaultKind, 6> Faults{FaultKind::None,          FaultKind::RefuseSend,

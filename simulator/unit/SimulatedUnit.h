@@ -96,7 +96,7 @@ class SimulatedUnit : public QObject
     Q_DISABLE_COPY_MOVE(SimulatedUnit)
 
 public:
-    static constexpr std::chrono::milliseconds MaxReplyDelay{5000};
+    static constexpr std::chrono::milliseconds MaxReplyDelay{5000}; ///< longer than the timeout
     static constexpr std::uint8_t RejectedStatus = 0xFF;
 
     explicit SimulatedUnit(QObject *parent = nullptr);
@@ -160,7 +160,7 @@ private:
     bool m_powered = false;
 
     std::chrono::milliseconds m_replyDelay{0};
-    std::chrono::milliseconds m_lateness{4000};
+    std::chrono::milliseconds m_lateness = ReplyTimeout + ReplyLateness;
     Fault m_fault;
     int m_exchangesSinceFaultSet = 0;
     std::mt19937 m_garbage;
