@@ -1,5 +1,5 @@
 #include "PedalDescription.h"
-
+#include "HeavyRecords.h"
 #include "PedalSetting.h"
 
 #include <QLocale>
