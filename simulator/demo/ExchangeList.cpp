@@ -4,6 +4,7 @@
 
 #include <QFontDatabase>
 #include <QHeaderView>
+#include <QScrollBar>
 
 namespace kavelo {
 namespace {
@@ -18,7 +19,18 @@ ExchangeList::ExchangeList(QWidget *parent)
     setHeaderLabels({QStringLiteral("Time"), QStringLiteral("Command"), QStringLiteral("Request"),
                      QStringLiteral("Reply")});
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    header()->setResizeContentsPrecision(0); // the rows that can be seen
+    header()->setResizeContentsPrecision(0); // only visible rows count
+    append({.request = {GET_OUTPUT_MODE_AND_DATA}, .outcome = Exchange::Outcome::Answered});
+    for (int column = Time; column <= Reply; ++column) {
+        m_rowWidth += sizeHintForColumn(column);
+    }
+    clear();
+}
+
+QSize ExchangeList::sizeHint() const
+{
+    const int besides = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    return {m_rowWidth + besides, QTreeWidget::sizeHint().height()};
 }
 
 void ExchangeList::record(const Exchange &exchange)

@@ -16,7 +16,10 @@ public:
 
     explicit ExchangeList(QWidget *parent = nullptr);
 
-    /// Appends a new exchange, or brings the row of a known one up to date.
+    /// Wide enough for all columns of a row.
+    [[nodiscard]] QSize sizeHint() const override;
+
+    /// Appends a new exchange, or updates the reply in the row of a known one.
     void record(const Exchange &exchange);
 
 private:
@@ -24,7 +27,8 @@ private:
     /// Null for an exchange whose row has been cleared or dropped.
     [[nodiscard]] QTreeWidgetItem *rowOf(const Exchange &exchange) const;
 
-    int m_lastNumber = 0; ///< of the newest exchange, cleared or not
+    int m_rowWidth = 0;
+    int m_lastNumber = 0; ///< number of the newest exchange, even when its row has been cleared
 };
 
 } // namespace kavelo

@@ -77,8 +77,8 @@ struct Exchange
 {
     enum class Outcome { Waiting, Answered, Refused, NoReply };
 
-    int number = 0;                             ///< from 1 on, in the order of the requests
-    std::chrono::system_clock::time_point time; ///< when the request came
+    int number = 0;                               ///< from 1 on, in the order of the requests
+    std::chrono::system_clock::time_point time{}; ///< when the request came
     hid::Report request{};
     Outcome outcome = Outcome::Waiting;
     hid::Report reply{}; ///< meaningful when the outcome is Answered
