@@ -16,7 +16,7 @@ public:
 
     explicit ExchangeList(QWidget *parent = nullptr);
 
-    /// Wide enough for all columns of a row.
+    /// Enough for all columns and for ten rows.
     [[nodiscard]] QSize sizeHint() const override;
 
     /// Appends a new exchange, or updates the reply in the row of a known one.
@@ -27,7 +27,7 @@ private:
     /// Null for an exchange whose row has been cleared or dropped.
     [[nodiscard]] QTreeWidgetItem *rowOf(const Exchange &exchange) const;
 
-    int m_rowWidth = 0;
+    QSize m_tenRows;
     int m_lastNumber = 0; ///< number of the newest exchange, even when its row has been cleared
 };
 
