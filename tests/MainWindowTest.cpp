@@ -95,6 +95,7 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
         }
         EXPECT_TRUE(restoreItem()->isEnabled());
         unplugAndWait();
+        EXPECT_FALSE(isConnected || DeviceDetected || restoreItem()->isEnabled());
         EXPECT_EQ(window.height(), height) << "only the font moves the window's lower edge";
         EXPECT_EQ(height > usualHeight, fontSize == 18);
         EXPECT_TRUE(window.centralWidget()->rect().contains(annotation->geometry()));
