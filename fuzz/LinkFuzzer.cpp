@@ -101,9 +101,9 @@ public:
             held()->unit->setFault({});
             held()->unit->setReplyDelay(0ms);
             require(succeeds(GET_VERSION_NUMBER, MESSAGE_ON),
-                    "a unit that works again is understood again");
+                    "an exchange with a unit without faults succeeds");
         }
-        require(boxesShown <= m_boxesAllowed, "only a failure that may be told is told");
+        require(boxesShown <= m_boxesAllowed, "only failures with MESSAGE_ON show a box");
     }
 
 private:
@@ -144,7 +144,7 @@ private:
         }
         require(m_disturbances > disturbances ||
                     std::ranges::count(exchange.replies, InputPacketBuffer) > 0,
-                "a success has the request's own reply");
+                "a successful exchange has the reply to its own request");
         return true;
     }
 
@@ -158,7 +158,7 @@ private:
             require(isHeld, "a request goes to the held unit");
             const TaggedExchange &asked = m_exchanges.at(tag);
             require(!isTagged || (asked.unit == unit && asked.request == exchange.request),
-                    "a request goes as it was made to the unit that it is meant for");
+                    "a request goes unchanged to the unit that was held when it was made");
             if (traced.pending.empty()) {
                 m_disturbancesOver = m_disturbances;
             }
@@ -181,13 +181,14 @@ private:
             return;
         }
         require(unit ? unit->unit != nullptr : bus::attachments().empty(),
-                "a unit that is there is held");
+                "a unit that is plugged in is held");
         require(isConnected == (unit != nullptr) && DeviceDetected == isConnected,
-                "isConnected and DeviceDetected tell whether a unit is held");
-        require(!Flag_send || m_sendsOneWay, "no exchange is left open");
-        require(!flag_MyNewDeviceCallback && !flag_MyRemovalCallback, "no callback is left open");
+                "isConnected and DeviceDetected say whether a unit is held");
+        require(!Flag_send || m_sendsOneWay, "Flag_send is cleared after an exchange");
+        require(!flag_MyNewDeviceCallback && !flag_MyRemovalCallback,
+                "the guards of the callbacks are cleared");
         require(!m_dialogsUnit || m_dialogsUnit->unit != nullptr || CloseStandardSetting,
-                "the dialog of a unit that has gone is to close");
+                "CloseStandardSetting is set when the unit of a dialog has gone");
     }
 
     std::span<const std::uint8_t> m_input;

@@ -12,11 +12,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// What the program is waiting for when the user ends it.
+/// What the program waits for when the user ends it.
 enum Wait { Nothing, Dialog, Question, Read, Write, Restore };
 
-/// Each case runs in a process of its own, which must end with status 0. Whether the user presses
-/// Ctrl+Q in the active window or else closes the main window is the second parameter.
+/// Each case runs in a process of its own, which must end with status 0. By the second parameter
+/// the user presses Ctrl+Q in the active window (true) or closes the main window (false).
 class ProgramEndDeathTest : public WindowTest,
                             public ::testing::WithParamInterface<std::tuple<Wait, bool>>
 {
@@ -83,7 +83,8 @@ TEST_F(ProgramEndDeathTest, AUnitOfMajorVersion3IsRefusedInWordsAndTheProgramEnd
         bus::plugIn(unit);
         std::exit(waitUntil([&] { return showsUnit(unit); }) ? 5 : 6);
     };
-    // Garbage is a version like any, but the first one may have been another request's reply.
+    // Each row: major version, fault, exit status. Garbage can't be told from a version. The
+    // program believes a version that it does not support only when the unit has answered it twice.
     const std::vector<std::tuple<std::uint8_t, Fault, int>> rows{
         {3, {}, 0},
         {255, {}, 0},

@@ -24,7 +24,7 @@ public:
 
 private:
     void append(const Exchange &exchange);
-    /// Null for an exchange whose row has been cleared or dropped.
+    /// The row of an exchange; null when it has been cleared or dropped.
     [[nodiscard]] QTreeWidgetItem *rowOf(const Exchange &exchange) const;
 
     QSize m_tenRows;

@@ -65,11 +65,11 @@ void answerHelp(QCommandLineParser &parser, const QCommandLineOption &help, int 
     }
 }
 
-/// Does what the main window's Advanced buttons, which are never enabled, would do.
+/// Opens the Advanced dialog as the main window's Advanced buttons would. Those are never enabled.
 void openAdvancedDialog(kavelo::MainWindowViewController &window, int pedal, bool settingEnabled)
 {
     if (QApplication::activeModalWidget() != nullptr || window.raiseDialog()) {
-        return; // one at a time, as in the utility
+        return; // a box waits, or a dialog is open and has come to the front
     }
     kavelo::SelectedPedalNo = pedal;
     kavelo::PedalName =

@@ -37,7 +37,7 @@ TEST(KeyUsage, CutsTheRecordsUp)
 
 TEST(KeyUsage, CountsPositionsInCharacters)
 {
-    // An e under an accent, x, e; and an emoji joined of two.
+    // An e with a combining accent, x and e. An emoji that is joined from two emojis.
     constexpr const char *Accented = "e\u0301xe";
     constexpr const char *Family = "\U0001F468\u200D\U0001F467 → キー";
     // clang-format off
