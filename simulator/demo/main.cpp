@@ -3,6 +3,7 @@
 #include "MainWindowViewController.h"
 #include "MenuClass.h"
 #include "PedalSetting.h"
+#include "PedalSettingDialog.h"
 #include "SimulatedBus.h"
 #include "SimulatedUnit.h"
 #include "SimulatorPanel.h"
@@ -68,8 +69,8 @@ void answerHelp(QCommandLineParser &parser, const QCommandLineOption &help, int 
 /// Opens the Advanced dialog as the main window's Advanced buttons would. Those are never enabled.
 void openAdvancedDialog(kavelo::MainWindowViewController &window, int pedal, bool settingEnabled)
 {
-    if (QApplication::activeModalWidget() != nullptr || window.raiseDialog()) {
-        return; // a box waits, or a dialog is open and has come to the front
+    if (QApplication::activeModalWidget() != nullptr) {
+        return; // a message box waits for its answer
     }
     kavelo::SelectedPedalNo = pedal;
     kavelo::PedalName =
