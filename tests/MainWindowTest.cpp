@@ -181,6 +181,8 @@ TEST_F(MainWindowTest, TabGoesThroughThePedalsFromLeftToRight)
 TEST_F(MainWindowTest, ScreenReadersAndShortcutsGoThroughThePedalsFromLeftToRight)
 {
     QAccessibleInterface *area = assistance(window.centralWidget());
+    QAccessibleTextInterface *read = assistance(contents(0))->textInterface();
+    EXPECT_EQ(assistance(contents(0))->editableTextInterface(), nullptr);
     for (std::uint8_t pedals = 1; pedals <= MaxPedals; ++pedals) {
         SCOPED_TRACE(int{pedals});
         unit.memory().numberOfPedals = pedals;
@@ -200,6 +202,12 @@ TEST_F(MainWindowTest, ScreenReadersAndShortcutsGoThroughThePedalsFromLeftToRigh
             EXPECT_EQ(area->indexOfChild(assistance(advanced(row))) >= 0, row < rows)
                 << "it is covered, or outside the window";
         }
+        const QString text = contents(0)->toPlainText();
+        const int end = read->characterCount();
+        EXPECT_EQ(read->text(0, end), text);
+        read->setSelection(0, end - 2, end);
+        EXPECT_EQ(contents(0)->textCursor().selectedText(), text.last(2));
+        EXPECT_EQ(read->offsetAtPoint(read->characterRect(3).topLeft()), 3);
         std::vector<int> opened;
         for (int place = 0; place < pedals; ++place) {
             ASSERT_TRUE(waitUntil([&] { return window.isActiveWindow(); }));

@@ -50,6 +50,13 @@ NumericUpDown::NumericUpDown(QWidget *parent)
     });
 }
 
+void NumericUpDown::choose(int value)
+{
+    if (isEnabled()) {
+        setValue(value);
+    }
+}
+
 bool NumericUpDown::isTextReadOnly() const
 {
     return lineEdit()->isReadOnly();
@@ -75,7 +82,7 @@ bool NumericUpDown::event(QEvent *event)
 
 QValidator::State NumericUpDown::validate(QString &text, int & /*position*/) const
 {
-    if (isTextReadOnly()) {
+    if (isTextReadOnly() || !isEnabled()) {
         return text == textFromValue(value()) ? QValidator::Acceptable : QValidator::Invalid;
     }
     const std::optional<int> number = wholeNumberIn(text);
