@@ -3,6 +3,7 @@
 #include "MainWindowViewController.h"
 #include "MenuClass.h"
 #include "PedalSetting.h"
+#include "ProgramStyle.h"
 #include "SimulatedBus.h"
 #include "SimulatedUnit.h"
 #include "SimulatorPanel.h"
@@ -91,6 +92,7 @@ int main(int argc, char *argv[])
     parser.addOptions({options.unplugged, options.tour});
     answerHelp(parser, help, argc, argv);
     QApplication application(argc, argv);
+    QApplication::setStyle(new kavelo::ProgramStyle);
     QApplication::setWindowIcon(kavelo::applicationIcon());
     parser.process(application);
 
