@@ -137,6 +137,10 @@ TEST_F(PressTest, AnActionOfAssistiveTechnologyIsTakenAtOnceAndWaitsForNobody)
     EXPECT_FALSE(isDialogShown());
     press(box()->button(QMessageBox::Ok));
     ASSERT_TRUE(waitUntil([&] { return isDialogShown(); }));
+    window.activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return window.isActiveWindow(); }));
+    press(standard(1));
+    EXPECT_TRUE(waitUntil([&] { return dialog()->isActiveWindow(); })) << "the one that is open";
     control<QAbstractButton>("RightClick")->click();
     boxes.reactWith([&](QMessageBox &success) { press(success.button(QMessageBox::Ok)); });
     press(control("ProgramKavelo"));
