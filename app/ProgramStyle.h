@@ -23,7 +23,8 @@ public:
                    : QProxyStyle::standardIcon(icon, option, widget);
     }
 
-    /// Makes a list box show its `maxVisibleItems`. Some styles let a list of keys cover the screen.
+    /// Makes a list box show its `maxVisibleItems`. Some styles let a list of keys cover the
+    /// screen.
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *data) const override
     {

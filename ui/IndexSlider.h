@@ -13,8 +13,8 @@ public:
     explicit IndexSlider(QWidget *parent = nullptr);
 
 Q_SIGNALS:
-    /// The user has chosen a position: with the mouse, by a key, or by assistive technology. Read it
-    /// with sliderPosition(), because value() may still be the previous one.
+    /// The user has chosen a position: with the mouse, by a key, or by assistive technology. Read
+    /// it with sliderPosition(), because value() may still be the previous one.
     void chosen();
 
 protected:

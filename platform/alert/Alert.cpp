@@ -160,10 +160,9 @@ Answer askQuestion(const QString &message, QWidget *parent)
 void openQuestion(const QString &message, QWidget *parent, QObject *receiver,
                   std::function<void(Answer)> takeAnswer)
 {
-    openBox(new QuestionBox(message, parent), receiver,
-            [takeAnswer = std::move(takeAnswer)](int response) {
-                takeAnswer(noteResponse(response));
-            });
+    openBox(
+        new QuestionBox(message, parent), receiver,
+        [takeAnswer = std::move(takeAnswer)](int response) { takeAnswer(noteResponse(response)); });
 }
 
 void dismissQuestions(QWidget *parent)
