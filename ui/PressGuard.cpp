@@ -38,8 +38,7 @@ bool pressesButtons(const QKeyEvent &event)
 void activateLater(QWidget &window)
 {
     QTimer::singleShot(mouseQuiet(), &window, [&window] {
-        const QWidget *box = QApplication::activeModalWidget();
-        if (window.isVisible() && (box == nullptr || box == &window) &&
+        if (window.isVisible() && QApplication::activeModalWidget() == nullptr &&
             QGuiApplication::applicationState() == Qt::ApplicationActive) {
             window.activateWindow();
         }
