@@ -52,6 +52,7 @@ void HID_PnP::NewDeviceDetected()
     m_hidManager->registerDeviceMatchingCallback(nullptr, nullptr);
     DeviceDetected = true;
     DeviceDetectedChanged = true;
+    Q_EMIT unitChanged();
 }
 
 void HID_PnP::DeviceRemoved()
@@ -65,6 +66,7 @@ void HID_PnP::DeviceRemoved()
     if (StandardSettingDialogOpen) {
         CloseStandardSetting = true;
     }
+    Q_EMIT unitChanged();
 }
 
 bool HID_PnP::Communicate(std::uint8_t CommunicationCommand, bool MessageOn)
@@ -125,10 +127,13 @@ bool HID_PnP::waitForTurn()
 bool HID_PnP::send(const hid::Report &request)
 {
     OutputPacketBuffer = request;
+    if (!m_myDevice->setReport(OutputPacketBuffer)) {
+        return false;
+    }
     // A report that arrived before the request is not the reply. The reply itself can only arrive
     // when the event loop runs.
     Flag_input = false;
-    return m_myDevice->setReport(OutputPacketBuffer);
+    return true;
 }
 
 void HID_PnP::waitForReply(Exchange &exchange)

@@ -23,18 +23,17 @@ inline HID_PnP *selfRef = nullptr;
 inline bool isConnected = false;
 /// The unit is present. Set by the link, read by the update loop.
 inline bool DeviceDetected = false;
-/// The main window has to read the unit anew. Set by the link when a unit arrives or goes, and by
-/// the main window when a run was overtaken by another one. Cleared by the update loop.
+/// The main window has to read the unit anew. Set by the link when a unit arrives or goes. Cleared
+/// by the update loop.
 inline bool DeviceDetectedChanged = false;
-/// The Standard dialog is open. Set by the main window, cleared by the dialog, read by both and the
-/// link.
+/// The Standard dialog is open. Set by the main window, cleared by the dialog when it closes, read
+/// by the link.
 inline bool StandardSettingDialogOpen = false;
-/// The open Standard dialog must close because its unit has gone. Set by the link; cleared by the
-/// dialog, and by the main window before it opens a dialog.
+/// The open Standard dialog must close because its unit has gone. Set by the link, cleared by the
+/// dialog when it closes.
 inline bool CloseStandardSetting = false;
 /// A report has arrived that was not due as a reply. Replies may therefore have been assigned to
-/// the wrong requests. Set by the link, cleared by the main window before it reads, writes or
-/// restores.
+/// the wrong requests. Set by the link, cleared by the main window before it reads the unit.
 inline bool UnexpectedReply = false;
 
 // Set while the callback of that name runs, so that it does not run again inside itself. Only the
@@ -47,7 +46,7 @@ inline bool flag_MyRemovalCallback = false;
 /// A request has been sent and its exchange has not finished. A one-way request leaves the flag
 /// set.
 inline bool Flag_send = false;
-/// A report has arrived since the last request was sent.
+/// A report has arrived since the last request was sent. Also cleared when an exchange ends.
 inline bool Flag_input = false;
 /// The last exchange timed out.
 inline bool Flag_timeout = false;
@@ -101,8 +100,13 @@ public:
     void PacketReceived();
 
     /// Closes the link for good. The unit is released, and a running exchange fails without a
-    /// message. The shared flags keep their values. Called when the program is about to end.
+    /// message. The flags of the unit's coming and going keep their values. Called when the program
+    /// is about to end.
     void close();
+
+Q_SIGNALS:
+    /// The unit has arrived or gone, and DeviceDetectedChanged is set.
+    void unitChanged();
 
 private:
     /// A request that has been sent, and its outcome.

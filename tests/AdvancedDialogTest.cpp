@@ -390,17 +390,21 @@ TEST_F(AdvancedDialogTest, OkWritesToTheUnitThatIsThereIfItHasThePedal)
 
     SimulatedUnit next;
     const UnitMemory before = next.memory();
-    open();
-    bus::unplug(unit);
-    bus::plugIn(next);
-    ASSERT_TRUE(waitUntil([&] { return showsUnit(next); }));
-    click("OK");
-
-    open();
-    NumberOfPedals = EditedPedal; // as a unit without the pedal leaves it
-    click("OK");
-    ASSERT_TRUE(waitUntil([&] { return showsUnit(next); }));
-    EXPECT_EQ(boxes.messages(), Success) << "no other one";
+    for (const bool isUnitHeld : {false, true}) {
+        open();
+        if (isUnitHeld) {
+            NumberOfPedals = EditedPedal; // as a unit without the pedal leaves it
+        } else {
+            bus::unplug(unit);
+            bus::plugIn(next);
+            ASSERT_TRUE(waitUntil([&] { return showsUnit(next); }));
+        }
+        boxes.answerWith(Qt::Key_Return);
+        click("OK");
+        ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+        EXPECT_EQ(boxes.messages().last(), QStringLiteral("sending error"));
+        EXPECT_EQ(isDialogShown(), isUnitHeld);
+    }
     EXPECT_EQ(next.memory(), before);
 }
 

@@ -3,6 +3,7 @@
 #include "MainWindowViewController.h"
 #include "MenuClass.h"
 #include "PedalSetting.h"
+#include "PedalSettingDialog.h"
 #include "ProgramStyle.h"
 #include "SimulatedBus.h"
 #include "SimulatedUnit.h"
@@ -69,8 +70,8 @@ void answerHelp(QCommandLineParser &parser, const QCommandLineOption &help, int 
 /// Does what the main window's Advanced buttons, which are never enabled, would do.
 void openAdvancedDialog(kavelo::MainWindowViewController &window, int pedal, bool settingEnabled)
 {
-    if (QApplication::activeModalWidget() != nullptr || window.raiseDialog()) {
-        return; // one at a time, as in the utility
+    if (QApplication::activeModalWidget() != nullptr) {
+        return;
     }
     kavelo::SelectedPedalNo = pedal;
     kavelo::PedalName =

@@ -1,15 +1,16 @@
 #include "AdvancedSettingDialogViewController.h"
 
-#include "MainWindowViewController.h"
+#include "DialogPresenter.h"
+#include "HID_PnP.h"
 #include "ui_AdvancedSettingDialogViewController.h"
 
 #include <QPointer>
 
 namespace kavelo {
 
-AdvancedSettingDialogViewController::AdvancedSettingDialogViewController(
-    MainWindowViewController &presenter)
-    : PedalSettingDialog(presenter)
+AdvancedSettingDialogViewController::AdvancedSettingDialogViewController(DialogPresenter &presenter,
+                                                                         QWidget &mainWindow)
+    : PedalSettingDialog(presenter, mainWindow)
     , m_ui(std::make_unique<Ui::AdvancedSettingDialogViewController>())
 {
     m_ui->setupUi(this);
@@ -29,7 +30,7 @@ void AdvancedSettingDialogViewController::viewDidLoad()
     m_ui->Page_Click->load(pedalRow());
     // The request first waits for a running exchange. The dialog may be deleted during this wait.
     const QPointer<AdvancedSettingDialogViewController> self = this;
-    presenter().plugNPlay.Communicate_AdditionalData();
+    presenter().link().Communicate_AdditionalData();
     if (self) {
         m_ui->Page_MultipleKeyOutput->load(pedalRow());
     }
@@ -48,7 +49,7 @@ void AdvancedSettingDialogViewController::pageChanged()
 void AdvancedSettingDialogViewController::okButtonPressed()
 {
     if (page().canWrite()) {
-        write([this] { page().write(pedalRow()); });
+        requestWrite();
     }
 }
 

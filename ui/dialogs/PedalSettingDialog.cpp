@@ -1,8 +1,10 @@
 #include "PedalSettingDialog.h"
 
+#include "DialogPresenter.h"
+#include "HID_PnP.h"
 #include "ItemChoice.h"
-#include "MainWindowViewController.h"
 
+#include <QAbstractButton>
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QLayout>
@@ -26,10 +28,10 @@ void setTabStops(const QWidget &dialog)
 
 } // namespace
 
-PedalSettingDialog::PedalSettingDialog(MainWindowViewController &presenter)
-    : QDialog(&presenter)
+PedalSettingDialog::PedalSettingDialog(DialogPresenter &presenter, QWidget &mainWindow)
+    : QDialog(&mainWindow)
     , m_presenter(presenter)
-    , m_unit(presenter.plugNPlay.myDevice())
+    , m_unit(presenter.link().myDevice())
     , m_pedal(SelectedPedalNo)
     , m_pedalName(PedalName)
 {
@@ -41,14 +43,24 @@ void PedalSettingDialog::present()
 {
     const QPointer<PedalSettingDialog> self = this;
     viewDidLoad();
-    if (self && !m_dismissed) {
-        setTabStops(*this);
-        for (QComboBox *box : findChildren<QComboBox *>()) {
-            new ItemChoice(*box);
-        }
-        layout()->setSizeConstraint(QLayout::SetFixedSize);
-        appear();
+    if (!self || m_dismissed) {
+        return;
     }
+    if (!isUnitHeld()) {
+        dismiss();
+        return;
+    }
+    setTabStops(*this);
+    for (QComboBox *box : findChildren<QComboBox *>()) {
+        new ItemChoice(*box);
+    }
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
+    appear();
+}
+
+bool PedalSettingDialog::isUnitHeld() const
+{
+    return m_unit && m_presenter.link().myDevice() == m_unit;
 }
 
 void PedalSettingDialog::reject()
@@ -66,24 +78,22 @@ void PedalSettingDialog::done(int result)
     m_dismissed = true;
     viewWillDisappear();
     QDialog::done(result);
-    if (!isTakenDown()) {
+    if (isUnitHeld()) {
         // The user continues in the main window. The desktop might move the focus elsewhere when a
         // notice and this dialog close together.
-        m_presenter.activateWindow();
+        parentWidget()->activateWindow();
     }
     // Not deleted at once: an action of this dialog may still be waiting for the unit.
     deleteLater();
 }
 
-void PedalSettingDialog::write(const std::function<void()> &buildRecord)
+void PedalSettingDialog::requestWrite()
 {
-    if (m_presenter.isBusy()) {
-        return; // the dialog keeps the setting until it can be sent
-    }
-    if (m_presenter.plugNPlay.myDevice() != m_unit) {
-        dismiss(); // the pedal that was edited belongs to another unit
-        return;
-    }
+    m_presenter.requestWrite(*this);
+}
+
+void PedalSettingDialog::send()
+{
     SelectedPedalNo = m_pedal;
     PedalName = m_pedalName;
     buildRecord();

@@ -1,9 +1,9 @@
 #include "SettingDialogViewController.h"
 
+#include "Choice.h"
+#include "HID_PnP.h"
 #include "LabelHeight.h"
 #include "Log.h"
-#include "MainWindowLayout.h"
-#include "MainWindowViewController.h"
 #include "PedalSetting.h"
 #include "Protocol.h"
 #include "ui_SettingDialogViewController.h"
@@ -21,14 +21,23 @@ const auto BeyondStandardQuestion =
 /// The bits of the right-hand modifiers, which this dialog cannot show.
 constexpr std::uint8_t RightModifiers = 0xF0;
 
+/// What follows "Standard settings" in the heading, for each number of pedals from 0 on and each
+/// pedal.
+// clang-format off
+constexpr std::array<std::array<QStringView, MaxPedals>, MaxPedals + 1> Places{{
+    {},
+    {},
+    {u"  Right Pedal",  u"  Left Pedal"},
+    {u"  Center Pedal", u"  Left Pedal", u"  Right Pedal"},
+    {u"  Right Pedal",  u"  Left Pedal", u"  Right end Pedal", u"  Left end Pedal"},
+    {u"  Center Pedal", u"  Left Pedal", u"  Right Pedal",     u"  Left end Pedal", u"  Right end Pedal"},
+}};
+// clang-format on
+
 QString heading(int pedal)
 {
-    QString text = QStringLiteral("Standard settings");
-    const auto captions = pedalLayout(NumberOfPedals).captions;
-    if (const auto row = static_cast<std::size_t>(pedal); row < captions.size()) {
-        text += captions[row].place;
-    }
-    return text;
+    const auto &places = Places.at(static_cast<std::size_t>(NumberOfPedals));
+    return QStringLiteral("Standard settings%1").arg(places.at(static_cast<std::size_t>(pedal)));
 }
 
 /// A choice on the Mouse tab, and the output mode and first bytes of the record that it writes.
@@ -52,8 +61,9 @@ constexpr std::array<MouseAction, 4> MouseActions{{
 
 } // namespace
 
-SettingDialogViewController::SettingDialogViewController(MainWindowViewController &presenter)
-    : PedalSettingDialog(presenter)
+SettingDialogViewController::SettingDialogViewController(DialogPresenter &presenter,
+                                                         QWidget &mainWindow)
+    : PedalSettingDialog(presenter, mainWindow)
     , m_ui(std::make_unique<Ui::SettingDialogViewController>())
 {
     m_ui->setupUi(this);
@@ -208,7 +218,7 @@ void SettingDialogViewController::appear()
         PedalSettingDialog::appear();
     } else {
         // The main window is the parent of the box, because this dialog is not visible yet.
-        openQuestion(BeyondStandardQuestion, &presenter(), this,
+        openQuestion(BeyondStandardQuestion, parentWidget(), this,
                      [this](Answer answer) { takeAnswer(answer); });
     }
 }
@@ -224,10 +234,10 @@ void SettingDialogViewController::takeAnswer(Answer answer)
         logLine(QStringLiteral("Settings in Pedal %1 is out of the Standard, and the user selected "
                                "canceling.")
                     .arg(pedal()));
-        dismiss();
     }
-    UpdateAppWindow2(); // the unit may have gone during the question
-    if (!isDismissed()) {
+    if (answer == Answer::Cancel || !isUnitHeld()) {
+        dismiss();
+    } else {
         PedalSettingDialog::appear();
     }
 }
@@ -249,6 +259,7 @@ void SettingDialogViewController::UpdateAppWindow2()
 void SettingDialogViewController::viewWillDisappear()
 {
     StandardSettingDialogOpen = false;
+    CloseStandardSetting = false; // the request is for this dialog, not for the next one
     timer2.stop();
 }
 
@@ -336,16 +347,14 @@ void SettingDialogViewController::Change_buttonProgramKavelo_Enabled()
 
 // Writing
 
-void SettingDialogViewController::buttonProgramKavelo_Click()
+void SettingDialogViewController::buildRecord()
 {
-    write([this] {
-        if (m_ui->tabcontrolOutputMode->currentWidget() == m_ui->Tab_Mouse) {
-            buildMouseRecord();
-        } else {
-            buildKeyRecord();
-        }
-        SettingEnabled = true;
-    });
+    if (m_ui->tabcontrolOutputMode->currentWidget() == m_ui->Tab_Mouse) {
+        buildMouseRecord();
+    } else {
+        buildKeyRecord();
+    }
+    SettingEnabled = true;
 }
 
 void SettingDialogViewController::buildKeyRecord()

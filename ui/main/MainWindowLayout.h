@@ -22,7 +22,6 @@ constexpr QStringView SettingsExplanation =
 struct PedalCaptions
 {
     QStringView name;
-    QStringView place; ///< follows "Standard settings" in the dialog's heading
     QStringView standardTitle;
     QStringView advancedTitle;
 };

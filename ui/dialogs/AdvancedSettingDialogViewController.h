@@ -24,7 +24,7 @@ class AdvancedSettingDialogViewController : public PedalSettingDialog
     Q_DISABLE_COPY_MOVE(AdvancedSettingDialogViewController)
 
 public:
-    explicit AdvancedSettingDialogViewController(MainWindowViewController &presenter);
+    AdvancedSettingDialogViewController(DialogPresenter &presenter, QWidget &mainWindow);
     ~AdvancedSettingDialogViewController() override;
 
     /// Writes the current page.
@@ -47,6 +47,7 @@ public:
 
 private:
     void viewDidLoad() override;
+    void buildRecord() override { page().write(pedalRow()); }
     void pageChanged();
     [[nodiscard]] AdvancedPage &page() const;
     [[nodiscard]] PedalRow pedalRow() const

@@ -18,8 +18,8 @@ namespace Ui {
 class SettingDialogViewController;
 }
 
-/// The Standard dialog is being closed by its own timer because its unit has gone. Set by
-/// UpdateAppWindow2(), and read by it and by isTakenDown().
+/// The Standard dialog is being closed by its own timer because its unit has gone. Used by
+/// UpdateAppWindow2() only, so that it does not run again inside itself.
 inline bool timer2state = false;
 
 /// The Standard dialog. It sets one pedal to a key with or without the left-hand modifiers, to
@@ -31,7 +31,7 @@ class SettingDialogViewController : public PedalSettingDialog
     Q_DISABLE_COPY_MOVE(SettingDialogViewController)
 
 public:
-    explicit SettingDialogViewController(MainWindowViewController &presenter);
+    SettingDialogViewController(DialogPresenter &presenter, QWidget &mainWindow);
     ~SettingDialogViewController() override;
 
     /// Dismisses the dialog; nothing is written.
@@ -44,7 +44,7 @@ private:
     void viewDidLoad() override;
     void appear() override;
     void viewWillDisappear() override;
-    [[nodiscard]] bool isTakenDown() const override { return timer2state; }
+    void buildRecord() override;
     void UpdateAppWindow2();
 
     void connectActions();
@@ -69,7 +69,7 @@ private:
     void radiobuttonCenterClickClicked() { mouseActionChosen(); }
     void radiobuttonDoubleClickClicked() { mouseActionChosen(); }
     void tabView_didSelect() { Change_buttonProgramKavelo_Enabled(); }
-    void buttonProgramKavelo_Click();
+    void buttonProgramKavelo_Click() { requestWrite(); }
 
     void modifierChoiceChanged();
     void mouseActionChosen();
