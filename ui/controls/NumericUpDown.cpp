@@ -44,9 +44,14 @@ NumericUpDown::NumericUpDown(QWidget *parent)
             name.replace(QLatin1String("_stepper"), QLatin1String("_textbox")));
     });
     connect(lineEdit(), &QLineEdit::textChanged, this, [this] {
-        if (!lineEdit()->isModified()) { // the text was set, not typed
-            interpretText();
+        if (lineEdit()->isModified()) {
+            return;
         }
+        // The text was set by assistive technology, not typed.
+        if (!isEnabled()) {
+            lineEdit()->setText(textFromValue(value()));
+        }
+        interpretText();
     });
 }
 
@@ -82,7 +87,7 @@ bool NumericUpDown::event(QEvent *event)
 
 QValidator::State NumericUpDown::validate(QString &text, int & /*position*/) const
 {
-    if (isTextReadOnly() || !isEnabled()) {
+    if (isTextReadOnly()) {
         return text == textFromValue(value()) ? QValidator::Acceptable : QValidator::Invalid;
     }
     const std::optional<int> number = wholeNumberIn(text);

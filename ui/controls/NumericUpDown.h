@@ -10,7 +10,7 @@ namespace kavelo {
 /// A typed number takes effect when the field loses the focus; a number entered by assistive
 /// technology takes effect at once. A whole number in digits of any script is moved to the nearest
 /// value within the limits. Any other text restores the previous number, and so does 0 where the
-/// least value is greater. A disabled field takes nothing.
+/// least value is greater. Assistive technology cannot change a disabled field.
 class NumericUpDown : public QSpinBox
 {
     Q_OBJECT

@@ -121,11 +121,11 @@ PedalTextBox::PedalTextBox(QWidget *parent)
     setAutoFillBackground(true);
 }
 
-int PedalTextBox::heightOfWholeLines(int most) const
+int PedalTextBox::heightForLines(int lines, int height) const
 {
     const int around = 2 * (frameWidth() + Padding);
     const int line = cursorRect().height();
-    return around + (most - around) / line * line;
+    return around + line * std::max(lines, (height - around) / line);
 }
 
 } // namespace kavelo
