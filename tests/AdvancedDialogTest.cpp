@@ -246,7 +246,7 @@ TEST_F(AdvancedDialogTest, SlidersAndSteppersFollowEachOther)
             QTest::keyClick(slider, Qt::Key_End);
             expect(3000, 1000);
             for (const auto &[position, index] : bySlider) {
-                slider->setValue(position);
+                assistance(slider)->valueInterface()->setCurrentValue(position);
                 expect(position, index);
             }
             click("Cancel");
@@ -261,6 +261,10 @@ TEST_F(AdvancedDialogTest, OptionsEnableTheirControls)
         perform(on ? "Accelerated SetNumber" : "Accelerated UntilRelease");
         EXPECT_EQ(countEnabled("PM_.*(LogAcceleration|AccelerationIndex_|Repeats_).*"), on ? 5 : 0);
     }
+    perform("hscrollbarThousandLogAccelerationIndex=900 AccelerationIndex=5 NumberOfRepeats=5");
+    enterText(text("NumberOfRepeats"), "5");
+    expectNumber("AccelerationIndex", 0);
+    expectNumber("NumberOfRepeats", 10);
     tabs()->setCurrentIndex(MultipleKeyOutput);
     EXPECT_FALSE(control("OK")->isEnabled()) << "the page writes nothing";
     click("UntilRelease"); // it is on, but loading the page has not disabled the number
@@ -395,7 +399,10 @@ TEST_F(AdvancedDialogTest, OkWritesToTheUnitThatIsThereIfItHasThePedal)
             bus::plugIn(next);
             ASSERT_TRUE(waitUntil([&] { return showsUnit(next); }));
         }
-        boxes.answerWith(Qt::Key_Return);
+        boxes.reactWith([](QMessageBox &box) {
+            EXPECT_TRUE(box.isEnabled()) << "the dialog is not";
+            BoxWatcher::press(box, Qt::Key_Return);
+        });
         click("OK");
         ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
         EXPECT_EQ(boxes.messages().last(), QStringLiteral("sending error"));

@@ -19,8 +19,14 @@ TEST_P(LongRunTest, PlugInsAndEditsLeaveNothingBehind)
         writeClick(2, button == 2 ? "RightClick" : "CenterClick");
         ASSERT_EQ(unit.memory().pedals[2].record[0], button);
         ASSERT_TRUE(showsUnit(unit));
+        boxes.answerWith(Qt::Key_Return);
+        openStandard(0); // beyond the Standard
+        ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
+        boxes.answerWith(Qt::Key_Return);
+        window.menuItems().VersionInformationToolStripMenuItem->trigger();
+        ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
         unplugAndWait();
-        ASSERT_EQ(boxes.messages().size(), 1);
+        ASSERT_EQ(boxes.messages().size(), 3);
         requests.clear();
         boxes.forgetMessages();
     });

@@ -1,5 +1,5 @@
 #include "ApplicationIcon.h"
-#include "LeanMenuBarStyle.h"
+#include "ProgramStyle.h"
 #include "WindowTest.h"
 
 #include <QMenu>
@@ -39,11 +39,19 @@ TEST_F(MenuTest, NamesItsItemsAndItsNotices)
     EXPECT_EQ(boxes.messages().last(),
               QStringLiteral("You can download the Quick Start Guide from the following.\n"
                              "https://www.marvode.example/kavelo/quick-start"));
+    plugInAndWait();
+    openStandard(0);
+    dialog()->reject();
     boxes.reactWith([this](QMessageBox &box) {
-        EXPECT_EQ(box.parentWidget(), &window);
+        EXPECT_EQ(box.parentWidget(), &window) << "and not the dialog, which has just gone";
+        EXPECT_FALSE(box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))->isVisible());
+        EXPECT_EQ(box.windowModality(), Qt::ApplicationModal);
         EXPECT_GE(box.width(), 420) << "its texts wrap after a few words";
         EXPECT_FALSE(box.iconPixmap().isNull());
-        const LeanMenuBarStyle style;
+        ProgramStyle style;
+        QPalette dark(Qt::black);
+        style.polish(dark);
+        EXPECT_GT(dark.color(QPalette::PlaceholderText).lightness(), 200);
         EXPECT_FALSE(style.standardIcon(QStyle::SP_MessageBoxInformation, nullptr, &box).isNull());
         box.close();
     });

@@ -1,3 +1,5 @@
+#include "ProgramStyle.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -20,6 +22,7 @@ int main(int argc, char *argv[])
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
+    QApplication::setStyle(new kavelo::ProgramStyle);
     // Closing a window must not end the tests.
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();

@@ -44,9 +44,13 @@ public:
         }
         for (auto *button : findChildren<QPushButton *>()) {
             button->setAutoDefault(false); // the default button keeps its look when the focus moves
-            button->setIcon({});           // some styles show a Return key on "OK"
+            button->setIcon({});           // some styles show an icon of the Return key on "OK"
         }
         setDefaultButton(returnButton);
+        setEnabled(true); // `parent` may be disabled
+        // Not window modal, which open() would set: Qt then leaves the keyboard to a window behind
+        // the box when the user clicks on it.
+        setWindowModality(Qt::ApplicationModal);
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
             connect(new QShortcut(key, this), &QShortcut::activated, button(returnButton),
                     &QAbstractButton::click);
@@ -79,16 +83,10 @@ QWidget *windowInUse()
     return main == windows.end() ? nullptr : *main;
 }
 
-class Notice : public Box
+Box *newNotice(const QString &message)
 {
-    Q_OBJECT
-
-public:
-    explicit Notice(const QString &message)
-        : Box({}, message, windowInUse(), QMessageBox::Ok, QMessageBox::Ok)
-    {
-    }
-};
+    return new Box({}, message, windowInUse(), QMessageBox::Ok, QMessageBox::Ok);
+}
 
 class QuestionBox : public Box
 {
@@ -112,13 +110,17 @@ int runBox(const QPointer<Box> &box)
     return response;
 }
 
-void logNotice(int response)
+/// Shows the box and returns at once. `takeResponse` is called with the code of the pressed button,
+/// or NoButton, unless `receiver` has been deleted.
+void openBox(Box *box, QObject *receiver, std::function<void(int)> takeResponse)
 {
-    logLine(response == QMessageBox::Ok ? QStringLiteral("alert_OK_pushed")
-                                        : QStringLiteral("others:%1").arg(response));
+    QObject::connect(box, &QDialog::finished, box, &QObject::deleteLater);
+    QObject::connect(box, &QDialog::finished, receiver, std::move(takeResponse));
+    box->show();
 }
 
-Answer toAnswer(int response)
+/// Returns the user's answer. Logs a response that is neither button.
+Answer noteResponse(int response)
 {
     switch (response) {
     case QMessageBox::Ok:
@@ -126,14 +128,15 @@ Answer toAnswer(int response)
     case QMessageBox::Cancel:
         return Answer::Cancel;
     default:
+        logLine(QStringLiteral("others:%1").arg(response));
         return Answer::None;
     }
 }
 
-void logResponse(int response)
+void noteNotice(int response)
 {
-    if (toAnswer(response) == Answer::None) {
-        logLine(QStringLiteral("others:%1").arg(response));
+    if (noteResponse(response) == Answer::Ok) {
+        logLine(QStringLiteral("alert_OK_pushed"));
     }
 }
 
@@ -141,34 +144,25 @@ void logResponse(int response)
 
 void alertBox(const QString &Message)
 {
-    logNotice(runBox(new Notice(Message)));
+    noteNotice(runBox(newNotice(Message)));
 }
 
 void openNotice(const QString &message)
 {
-    auto *notice = new Notice(message);
-    QObject::connect(notice, &QDialog::finished, &logNotice);
-    QObject::connect(notice, &QDialog::finished, notice, &QObject::deleteLater);
-    notice->open();
+    openBox(newNotice(message), qApp, noteNotice);
 }
 
 Answer askQuestion(const QString &message, QWidget *parent)
 {
-    const int response = runBox(new QuestionBox(message, parent));
-    logResponse(response);
-    return toAnswer(response);
+    return noteResponse(runBox(new QuestionBox(message, parent)));
 }
 
 void openQuestion(const QString &message, QWidget *parent, QObject *receiver,
                   std::function<void(Answer)> takeAnswer)
 {
-    auto *box = new QuestionBox(message, parent);
-    QObject::connect(box, &QDialog::finished, &logResponse);
-    QObject::connect(box, &QDialog::finished, box, &QObject::deleteLater);
-    QObject::connect(
-        box, &QDialog::finished, receiver,
-        [takeAnswer = std::move(takeAnswer)](int response) { takeAnswer(toAnswer(response)); });
-    box->open();
+    openBox(
+        new QuestionBox(message, parent), receiver,
+        [takeAnswer = std::move(takeAnswer)](int response) { takeAnswer(noteResponse(response)); });
 }
 
 void dismissQuestions(QWidget *parent)

@@ -4,6 +4,7 @@
 #include "MenuClass.h"
 #include "PedalSetting.h"
 #include "PedalSettingDialog.h"
+#include "ProgramStyle.h"
 #include "SimulatedBus.h"
 #include "SimulatedUnit.h"
 #include "SimulatorPanel.h"
@@ -92,6 +93,7 @@ int main(int argc, char *argv[])
     parser.addOptions({options.unplugged, options.tour});
     answerHelp(parser, help, argc, argv);
     QApplication application(argc, argv);
+    QApplication::setStyle(new kavelo::ProgramStyle);
     QApplication::setWindowIcon(kavelo::applicationIcon());
     options.unit.process(parser);
 

@@ -25,8 +25,10 @@ public:
     [[nodiscard]] QVariant currentValue() const override { return m_slider.value(); }
     void setCurrentValue(const QVariant &value) override
     {
-        m_slider.setValue(value.toInt());
-        Q_EMIT m_slider.chosen();
+        if (m_slider.isEnabled()) {
+            m_slider.setValue(value.toInt());
+            Q_EMIT m_slider.chosen();
+        }
     }
     [[nodiscard]] QVariant minimumValue() const override { return m_slider.minimum(); }
     [[nodiscard]] QVariant maximumValue() const override { return m_slider.maximum(); }
@@ -48,9 +50,6 @@ IndexSlider::IndexSlider(QWidget *parent)
     : QSlider(parent)
 {
     QAccessible::installFactory(createAccessible); // further calls have no effect
-    // Every change of the value counts as a choice, because a value set by assistive technology
-    // looks like one set by the program.
-    connect(this, &QSlider::valueChanged, this, &IndexSlider::chosen);
     connect(this, &QSlider::sliderPressed, this, &IndexSlider::chosen);
     connect(this, &QSlider::actionTriggered, this, &IndexSlider::chosen);
 }

@@ -4,8 +4,7 @@
 
 namespace kavelo {
 
-/// A slider whose current position can also be chosen: by a click on its handle, by a key, or by
-/// assistive technology.
+/// A slider that also tells when the user chooses the position that it has already.
 class IndexSlider : public QSlider
 {
     Q_OBJECT
@@ -14,8 +13,8 @@ public:
     explicit IndexSlider(QWidget *parent = nullptr);
 
 Q_SIGNALS:
-    /// The user has chosen a position. A value set by the program also emits this signal, unless
-    /// signals are blocked.
+    /// The user has chosen a position: with the mouse, by a key, or by assistive technology. Read
+    /// it with sliderPosition(), because value() may still be the previous one.
     void chosen();
 
 protected:

@@ -44,10 +44,22 @@ NumericUpDown::NumericUpDown(QWidget *parent)
             name.replace(QLatin1String("_stepper"), QLatin1String("_textbox")));
     });
     connect(lineEdit(), &QLineEdit::textChanged, this, [this] {
-        if (!lineEdit()->isModified()) { // the text was set, not typed
-            interpretText();
+        if (lineEdit()->isModified()) {
+            return;
         }
+        // The text was set by assistive technology, not typed.
+        if (!isEnabled()) {
+            lineEdit()->setText(textFromValue(value()));
+        }
+        interpretText();
     });
+}
+
+void NumericUpDown::choose(int value)
+{
+    if (isEnabled()) {
+        setValue(value);
+    }
 }
 
 bool NumericUpDown::isTextReadOnly() const

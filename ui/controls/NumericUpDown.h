@@ -9,15 +9,20 @@ namespace kavelo {
 ///
 /// A typed number takes effect when the field loses the focus; a number entered by assistive
 /// technology takes effect at once. A whole number in digits of any script is moved to the nearest
-/// value within the limits. Any other text, and a 0 below the minimum, restores the previous
-/// number.
+/// value within the limits. Any other text restores the previous number, and so does 0 where the
+/// least value is greater. Assistive technology cannot change a disabled field.
 class NumericUpDown : public QSpinBox
 {
     Q_OBJECT
+    /// Assistive technology sets this property.
+    Q_PROPERTY(int value READ value WRITE choose)
     Q_PROPERTY(bool textReadOnly READ isTextReadOnly WRITE setTextReadOnly)
 
 public:
     explicit NumericUpDown(QWidget *parent = nullptr);
+
+    /// Sets the value, unless the field is disabled.
+    void choose(int value);
 
     /// Whether the number can be changed only with the stepper.
     [[nodiscard]] bool isTextReadOnly() const;

@@ -13,8 +13,9 @@ class PedalTextBox : public QPlainTextEdit
 public:
     explicit PedalTextBox(QWidget *parent = nullptr);
 
-    /// The greatest height up to `most` that shows only whole lines.
-    [[nodiscard]] int heightOfWholeLines(int most) const;
+    /// The height that shows `lines` lines, or as many whole lines as fit into `height` if these
+    /// are more.
+    [[nodiscard]] int heightForLines(int lines, int height) const;
 };
 
 } // namespace kavelo

@@ -6,8 +6,6 @@
 #include <QTimer>
 #include <QWidget>
 
-#include <algorithm>
-
 namespace kavelo {
 namespace {
 
@@ -28,9 +26,9 @@ bool isWindow(const QObject *object)
 
 /// Whether the key can press a button: the button with the focus, or a button anywhere in the
 /// window.
-bool pressesButtons(const QEvent *event)
+bool pressesButtons(const QKeyEvent &event)
 {
-    const int key = static_cast<const QKeyEvent *>(event)->key();
+    const int key = event.key();
     return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape ||
            key == Qt::Key_Space;
 }
@@ -40,8 +38,7 @@ bool pressesButtons(const QEvent *event)
 void activateLater(QWidget &window)
 {
     QTimer::singleShot(mouseQuiet(), &window, [&window] {
-        const QWidget *box = QApplication::activeModalWidget();
-        if (window.isVisible() && (box == nullptr || box == &window) &&
+        if (window.isVisible() && QApplication::activeModalWidget() == nullptr &&
             QGuiApplication::applicationState() == Qt::ApplicationActive) {
             window.activateWindow();
         }
@@ -49,28 +46,6 @@ void activateLater(QWidget &window)
 }
 
 } // namespace
-
-void PressGuard::Gate::close(milliseconds quiet)
-{
-    m_isClosed = true;
-    m_quiet = std::max(m_quiet, QDeadlineTimer(quiet));
-}
-
-void PressGuard::Gate::note(const QInputEvent &event, milliseconds quiet)
-{
-    m_quiet = QDeadlineTimer(quiet);
-    m_quietStamp = event.timestamp() + static_cast<quint64>(quiet.count());
-}
-
-bool PressGuard::Gate::admit(const QInputEvent &press)
-{
-    // Some platforms do not set the timestamp of every event.
-    const bool isStamped = press.timestamp() != 0;
-    if (m_quiet.hasExpired() && !(isStamped && press.timestamp() < m_quietStamp)) {
-        m_isClosed = false;
-    }
-    return !m_isClosed;
-}
 
 PressGuard::PressGuard()
 {
@@ -83,8 +58,8 @@ bool PressGuard::eventFilter(QObject *watched, QEvent *event)
     case QEvent::Show:
     case QEvent::Hide:
         if (isWindow(watched)) {
-            m_keys.close(KeyQuiet);
-            m_mouse.close(mouseQuiet());
+            m_sinceChange.start();
+            m_change = m_last;
             if (event->type() == QEvent::Show && qobject_cast<QDialog *>(watched) != nullptr) {
                 activateLater(*static_cast<QWidget *>(watched));
             }
@@ -92,37 +67,47 @@ bool PressGuard::eventFilter(QObject *watched, QEvent *event)
         return false;
     case QEvent::ShortcutOverride: // sent before the key press, to find shortcuts
     case QEvent::KeyPress: {
-        // A held key sends many presses. X11 sends releases between them, and Qt cannot always tell
-        // that they are repeats.
         const auto &press = static_cast<QKeyEvent &>(*event);
-        if (!pressesButtons(event)) {
-            return false;
-        }
-        const bool isLetIn = m_keys.admit(press);
-        m_keys.note(press, LongestRepeatDelay);
-        if (!isLetIn) {
+        m_last = press.timestamp();
+        const bool isIgnored =
+            pressesButtons(press) && (isRepeat(press) || isTooSoon(press, KeyQuiet));
+        if (isIgnored) {
             event->accept(); // otherwise Qt would still look for a shortcut
         }
-        return !isLetIn;
+        return isIgnored;
     }
     case QEvent::KeyRelease:
-        if (pressesButtons(event)) {
-            m_keys.note(static_cast<QKeyEvent &>(*event), KeyQuiet);
+        m_last = static_cast<QKeyEvent *>(event)->timestamp();
+        if (pressesButtons(static_cast<QKeyEvent &>(*event))) {
+            m_lastRelease = m_last;
         }
         return false;
     case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick: {
-        const auto &press = static_cast<QMouseEvent &>(*event);
-        const bool isLetIn = m_mouse.admit(press);
-        m_mouse.note(press, mouseQuiet());
-        return !isLetIn;
-    }
+    case QEvent::MouseButtonDblClick:
+        m_last = static_cast<QMouseEvent *>(event)->timestamp();
+        return isTooSoon(static_cast<QMouseEvent &>(*event), mouseQuiet());
     case QEvent::MouseButtonRelease:
-        m_mouse.note(static_cast<QMouseEvent &>(*event), mouseQuiet());
+        m_last = static_cast<QMouseEvent *>(event)->timestamp();
         return false;
     default:
         return false;
     }
+}
+
+/// A held key sends many presses. X11 sends a release before each of them, with the same time, and
+/// Qt does not always notice that it is a repeat.
+bool PressGuard::isRepeat(const QKeyEvent &press) const
+{
+    return press.isAutoRepeat() || (m_lastRelease != 0 && press.timestamp() == m_lastRelease);
+}
+
+/// Whether less than `quiet` has passed since a window was shown or hidden, or since the press that
+/// did so.
+bool PressGuard::isTooSoon(const QInputEvent &press, milliseconds quiet) const
+{
+    const auto length = quiet.count();
+    return !m_sinceChange.hasExpired(length) ||
+           (m_change != 0 && press.timestamp() - m_change < static_cast<quint64>(length));
 }
 
 } // namespace kavelo

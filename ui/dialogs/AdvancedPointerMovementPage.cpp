@@ -103,7 +103,6 @@ void AdvancedPointerMovementPage::takeFromSlider(const LogarithmicIndex &control
 void AdvancedPointerMovementPage::takeFromStepper(const LogarithmicIndex &controls)
 {
     controls.index = controls.number->value();
-    const QSignalBlocker blocker(controls.slider);
     controls.slider->setValue(thousandLogOfIndex(controls.index));
     controls.number->setMinimum(1); // 0 meant "not chosen yet"
 }

@@ -1,5 +1,7 @@
 #include "MainWindowLayout.h"
 
+#include <algorithm>
+
 namespace kavelo {
 namespace {
 
@@ -56,6 +58,12 @@ static_assert(Layouts.size() == MaxPedals + 1);
 // clang-format on
 
 } // namespace
+
+QPoint firstPlace(const QRect &screen, int height)
+{
+    const QSize spare = screen.size() - QSize(Layouts.back().width, height);
+    return screen.topLeft() + QPoint(std::max(spare.width(), 0), std::max(spare.height(), 0)) / 2;
+}
 
 const MainWindowLayout &blankLayout()
 {

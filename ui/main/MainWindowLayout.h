@@ -2,6 +2,7 @@
 
 #include "PedalSetting.h"
 
+#include <QRect>
 #include <QStringView>
 
 #include <array>
@@ -43,8 +44,13 @@ constexpr int Margin = 15;
 constexpr std::size_t MovableRows = 3;
 /// Left offsets of the movable rows (name, text box and Standard button) when the shift is 0.
 constexpr std::array<int, MovableRows> RowLeft{240, 15, 465};
-/// Distance of a row's Advanced button to the right of its Standard button.
+/// A row's Advanced button begins this far to the right of its Standard button, which lies above
+/// it. Both end with the column.
 constexpr int AdvancedIndent = 5;
+
+/// The window's first place on a screen. The window keeps its origin when it becomes wider, so the
+/// widest layout fits there, in the middle. A narrower screen shows the window's left edge.
+[[nodiscard]] QPoint firstPlace(const QRect &screen, int height);
 
 /// The layout without a unit. Its captions name all five rows.
 [[nodiscard]] const MainWindowLayout &blankLayout();

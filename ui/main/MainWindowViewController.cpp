@@ -15,6 +15,7 @@
 #include <QCloseEvent>
 #include <QFocusFrame>
 #include <QKeyEvent>
+#include <QScreen>
 #include <QVariantAnimation>
 
 #include <algorithm>
@@ -70,6 +71,8 @@ void MainWindowViewController::viewDidLoad()
         frame->setWidget(qobject_cast<PedalTextBox *>(now));
     });
     stackControls();
+    const QScreen *used = QGuiApplication::screenAt(QCursor::pos());
+    move(firstPlace((used != nullptr ? used : screen())->availableGeometry(), height()));
     // Queued, because the link must not wait for the windows.
     connect(&plugNPlay, &HID_PnP::unitChanged, this, &MainWindowViewController::enableCommands,
             Qt::QueuedConnection);

@@ -18,8 +18,10 @@ namespace {
 // Vertical distances between the controls of a row, and their heights.
 constexpr int NameGap = 4;
 constexpr int ButtonGap = 8;
-constexpr int ButtonHeight = 30;
-/// Greatest height. The text boxes are shortened to whole lines.
+/// Height of a button beside its title.
+constexpr int ButtonFrame = 10;
+/// The text boxes show ten lines, or more in a small font.
+constexpr int ContentsLines = 10;
 constexpr int ContentsHeight = 196;
 
 /// Gives all controls the same font: the desktop's, or a smaller one when a text does not fit.
@@ -29,7 +31,7 @@ void fitFont(std::span<QWidget *const> controls)
     qreal size = QFontInfo(font).pointSizeF();
     for (QWidget *control : controls) {
         control->setFont(font);
-        while (control->sizeHint().width() > control->width() && size > 1) {
+        while (control->minimumSizeHint().width() > control->width() && size > 1) {
             size *= 0.97;
             font.setPointSizeF(size);
             control->setFont(font);
@@ -119,12 +121,14 @@ int PedalRows::stack(int top)
     };
     int bottom = top;
     for (const Controls &row : m_rows) {
-        const int contents =
-            NameGap + stackControl(row.name, top, row.name->window()->fontMetrics().height());
-        stackControl(row.contents, contents, row.contents->heightOfWholeLines(ContentsHeight));
-        const int standard = contents + ContentsHeight + ButtonGap;
-        const int advanced = ButtonGap + stackControl(row.standard, standard, ButtonHeight);
-        bottom = stackControl(row.advanced, advanced, ButtonHeight);
+        const int line = row.name->window()->fontMetrics().height();
+        const int button = 2 * line + ButtonFrame;
+        const int contents = NameGap + stackControl(row.name, top, line);
+        const int standard =
+            ButtonGap + stackControl(row.contents, contents,
+                                     row.contents->heightForLines(ContentsLines, ContentsHeight));
+        const int advanced = ButtonGap + stackControl(row.standard, standard, button);
+        bottom = stackControl(row.advanced, advanced, button);
     }
     return bottom;
 }
