@@ -3,6 +3,7 @@
 
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
+include(CheckLinkerFlag)
 include(CheckPIESupported)
 
 check_pie_supported(LANGUAGES CXX)
@@ -38,4 +39,8 @@ foreach(flag IN ITEMS
     target_compile_options(kavelo_options INTERFACE ${flag})
   endif()
 endforeach()
-target_link_options(kavelo_options INTERFACE LINKER:-z,relro,-z,now)
+# Only linkers of ELF files know these.
+check_linker_flag(CXX LINKER:-z,relro,-z,now KAVELO_HAS_relro)
+if(KAVELO_HAS_relro)
+  target_link_options(kavelo_options INTERFACE LINKER:-z,relro,-z,now)
+endif()

@@ -9,14 +9,6 @@
 #include <utility>
 
 namespace kavelo {
-namespace {
-
-/// How long an exchange waits for its reply.
-constexpr std::chrono::milliseconds ReplyTime = TimeoutTicks * TickPeriod;
-/// How long after that timeout the reply may still arrive.
-constexpr std::chrono::milliseconds Lateness{1000};
-
-} // namespace
 
 HID_PnP::HID_PnP(QObject *parent)
     : QObject(parent)
@@ -109,7 +101,7 @@ void HID_PnP::Communicate_AdditionalData()
     request[2] = static_cast<std::uint8_t>(DataNo);
     Flag_send = true;
     if (send(request)) {
-        m_replyOwed.setRemainingTime(ReplyTime);
+        m_replyOwed.setRemainingTime(ReplyTimeout);
     }
 }
 
@@ -157,7 +149,7 @@ void HID_PnP::check_INPUT()
     } else if (++Count_timeout >= TimeoutTicks) {
         Flag_timeout = true;
         if (m_running->unit == m_myDevice) {
-            m_replyOwed.setRemainingTime(Lateness);
+            m_replyOwed.setRemainingTime(ReplyLateness);
         }
         end(Exchange::Outcome::TimedOut);
     }

@@ -78,7 +78,7 @@ public:
 
     /// Exchanges one command with the unit. The caller has filled OutputPacketBuffer from byte 1
     /// on; the reply is in InputPacketBuffer afterwards. The request is sent when no other exchange
-    /// runs and no late reply is due. The link then waits for the reply for 30 ticks of 0.1 s. Both
+    /// runs and no late reply is due. The link then waits for the reply for ReplyTimeout. Both
     /// waits run the event loop, so any event may be handled inside this call, including another
     /// exchange.
     ///

@@ -67,9 +67,12 @@ constexpr bool MESSAGE_ON = true;
 constexpr bool MESSAGE_OFF = false;
 
 // Timing of an exchange and of the periodic work around it.
-constexpr std::chrono::milliseconds TickPeriod{100}; ///< of the three repeating timers
+constexpr std::chrono::milliseconds TickPeriod{100}; ///< of the link's and windows' timers
 constexpr std::chrono::milliseconds WaitSlice{500};  ///< longest single run of the event loop
 constexpr int TimeoutTicks = 30;                     ///< ticks an exchange waits for its reply
+constexpr std::chrono::milliseconds ReplyTimeout = TimeoutTicks * TickPeriod;
+/// How long after the timeout the reply may still arrive. Until then no other request is sent.
+constexpr std::chrono::milliseconds ReplyLateness{1000};
 
 /// The request buffer. Every sender fills it, and it is never cleared: a byte that a command does
 /// not use still holds the value from an earlier request.

@@ -25,17 +25,19 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
-/// How long after its request a reply is certain to be assigned to the right request. For an
-/// exchange this is its wait of 3 s and another second in which the link sends nothing. After a
-/// one-way request the link sends nothing for 3 s. Both times are reduced by 0.2 s, because timers
-/// may fire a little early.
-constexpr milliseconds ExchangePatience{3800};
-constexpr milliseconds OneWayPatience{2800};
+/// How long after its request a reply is certain to be assigned to the right request. Until then
+/// the link sends nothing else. Both times are reduced, because timers may fire a little early.
+constexpr milliseconds ExchangePatience = ReplyTimeout + ReplyLateness - 2 * TickPeriod;
+constexpr milliseconds OneWayPatience = ReplyTimeout - 2 * TickPeriod;
 
 /// Time until the next event, chosen by the lower bits of an argument.
-constexpr std::array<milliseconds, 8> Pauses{0ms, 0ms, 1ms, 30ms, 110ms, 900ms, 2900ms, 4100ms};
-constexpr std::array<milliseconds, 4> Delays{0ms, 1ms, 30ms, 2500ms};
-constexpr std::array<milliseconds, 4> Latenesses{2990ms, 3100ms, 4000ms, 7000ms};
+constexpr auto Pauses =
+    std::to_array<milliseconds>({0ms, 0ms, 1ms, 30ms, 110ms, 900ms, ReplyTimeout - 100ms,
+                                 ReplyTimeout + ReplyLateness + 100ms});
+constexpr std::array<milliseconds, 4> Delays{0ms, 1ms, 30ms, ReplyTimeout - 500ms};
+constexpr std::array<milliseconds, 4> Latenesses{ReplyTimeout - 10ms, ReplyTimeout + 100ms,
+                                                 ReplyTimeout + ReplyLateness,
+                                                 2 * ReplyTimeout + ReplyLateness};
 constexpr std::array<std::uint8_t, 4> Commands{GET_VERSION_NUMBER, GET_OUTPUT_MODE_AND_DATA,
                                                SET_OUTPUT_MODE_AND_DATA, SET_PARAMETERS};
 constexpr std::array<FaultKind, 6> Faults{FaultKind::None,          FaultKind::RefuseSend,
@@ -99,9 +101,9 @@ public:
             held()->unit->setFault({});
             held()->unit->setReplyDelay(0ms);
             require(succeeds(GET_VERSION_NUMBER, MESSAGE_ON),
-                    "a unit that works again is understood again");
+                    "an exchange with a unit without faults succeeds");
         }
-        require(boxesShown <= m_boxesAllowed, "only a failure that may be told is told");
+        require(boxesShown <= m_boxesAllowed, "only failures with MESSAGE_ON show a box");
     }
 
 private:
@@ -142,7 +144,7 @@ private:
         }
         require(m_disturbances > disturbances ||
                     std::ranges::count(exchange.replies, InputPacketBuffer) > 0,
-                "a success has the request's own reply");
+                "a successful exchange has the reply to its own request");
         return true;
     }
 
@@ -156,7 +158,7 @@ private:
             require(isHeld, "a request goes to the held unit");
             const TaggedExchange &asked = m_exchanges.at(tag);
             require(!isTagged || (asked.unit == unit && asked.request == exchange.request),
-                    "a request goes as it was made to the unit that it is meant for");
+                    "a request goes unchanged to the unit that was held when it was made");
             if (traced.pending.empty()) {
                 m_disturbancesOver = m_disturbances;
             }
@@ -179,13 +181,14 @@ private:
             return;
         }
         require(unit ? unit->unit != nullptr : bus::attachments().empty(),
-                "a unit that is there is held");
+                "a unit that is plugged in is held");
         require(isConnected == (unit != nullptr) && DeviceDetected == isConnected,
-                "isConnected and DeviceDetected tell whether a unit is held");
-        require(!Flag_send || m_sendsOneWay, "no exchange is left open");
-        require(!flag_MyNewDeviceCallback && !flag_MyRemovalCallback, "no callback is left open");
+                "isConnected and DeviceDetected say whether a unit is held");
+        require(!Flag_send || m_sendsOneWay, "Flag_send is cleared after an exchange");
+        require(!flag_MyNewDeviceCallback && !flag_MyRemovalCallback,
+                "the guards of the callbacks are cleared");
         require(!m_dialogsUnit || m_dialogsUnit->unit != nullptr || CloseStandardSetting,
-                "the dialog of a unit that has gone is to close");
+                "CloseStandardSetting is set when the unit of a dialog has gone");
     }
 
     std::span<const std::uint8_t> m_input;

@@ -23,9 +23,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
 
     const auto before = std::tuple(OutputMode, CommonData, AdditionalData);
     const QString text = PedalDescription(Last);
-    require(before == std::tuple(OutputMode, CommonData, AdditionalData), "a look changes nothing");
+    require(before == std::tuple(OutputMode, CommonData, AdditionalData),
+            "a description changes no setting");
     if (OutputMode[Last] >= NumberOfModes) {
-        require(text == QStringLiteral("default"), "what is no mode is the default");
+        require(text == QStringLiteral("default"), "an unknown mode has the default text");
         return 0;
     }
     require(text.startsWith(QStringLiteral("[Set function] ")), "the function comes first");

@@ -10,8 +10,6 @@
 namespace kavelo {
 namespace {
 
-static_assert(NumberOfKeyUsageRecords == Max_UsageID + 1);
-
 struct KeyWords
 {
     QString name;

@@ -6,7 +6,7 @@ namespace kavelo {
 // the mouse buttons. The record of usage 144 ends in "];" instead of "]", so its name includes a
 // closing bracket.
 // clang-format off
-constinit const std::array<QStringView, NumberOfKeyUsageRecords> KeyUsageRecords = {
+constexpr std::array<QStringView, NumberOfKeyUsageRecords> KeyUsageRecords = {
     // 0
     u"Level:ADVANCED Name:[none] Explanation:Output nothing",
     u"Level:ADVANCED Name:[Error Roll Over]",
@@ -271,5 +271,7 @@ constinit const std::array<QStringView, NumberOfKeyUsageRecords> KeyUsageRecords
     u"Name:[Middle Click Release Button] Explanation:Finishing Middle Click",
 };
 // clang-format on
+// C++ fills a list that lacks rows up with empty ones.
+static_assert(!KeyUsageRecords.back().empty(), "every usage needs a record");
 
 } // namespace kavelo

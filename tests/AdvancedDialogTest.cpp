@@ -29,7 +29,7 @@ protected:
         tabs()->setCurrentIndex(page);
         settle();
     }
-    /// Sets a field's text as a screen reader does.
+    /// Sets a field's text as assistive technology does.
     static void enterText(QLineEdit *field, const char *text)
     {
         assistance(field)->editableTextInterface()->replaceText(0, int(field->text().size()),
@@ -43,8 +43,8 @@ protected:
         EXPECT_EQ(assistance(control(field))->valueInterface()->minimumStepSize(), 1);
     }
 
-    /// Takes the steps on a page for a pedal in another mode, presses OK, and looks at the unit's
-    /// record, which begins with the given bytes.
+    /// Performs the steps on a page for a pedal in another mode and presses OK. Expects that the
+    /// unit's record then begins with the given bytes, and that its other bytes are unchanged.
     void expectWritten(Page page, const std::string &steps, std::uint8_t mode,
                        const std::vector<std::uint8_t> &bytes)
     {
@@ -54,7 +54,7 @@ protected:
         load(EditedPedal, CONTINUOUS_KEY_OUTPUT, record);
         std::ranges::copy(bytes, record.begin());
         open(page);
-        SelectedPedalNo = 1; // as a read of the unit leaves it
+        SelectedPedalNo = 1; // a read of the unit may change it
         PedalName = QStringLiteral("Left Pedal");
         perform(steps);
         requests.clear();
@@ -121,7 +121,7 @@ TEST_F(AdvancedDialogTest, EveryControlIsNamedAndReachedByTab)
 TEST_F(AdvancedDialogTest, ClickPageShowsTheRecordAndPutsImpossibleClicksRight)
 {
     const std::string plural = "LeftClick PluralButtonSimultaneousClick";
-    // Mode and clicks, the buttons that are on, the clicks afterwards.
+    // Mode, clicks in the record, buttons that are on, clicks in the record afterwards.
     const std::vector<std::tuple<std::uint8_t, std::uint8_t, std::string, std::uint8_t>> cases{
         {SIMPLE_CLICK, 1, "LeftClick", 1},
         {SIMPLE_CLICK, 2, "RightClick", 2},
@@ -168,13 +168,13 @@ TEST_F(AdvancedDialogTest, ClickPageWritesWhatIsChosen)
 TEST_F(AdvancedDialogTest, KeyOutputPageWritesModifiersAndKeyUnderThePedalsOwnMode)
 {
     constexpr std::uint8_t Own = CONTINUOUS_KEY_OUTPUT;
-    expectWritten(KeyOutput, "", Own, {0, 7}); // no key chosen
+    expectWritten(KeyOutput, "", Own, {0, 7}); // no key is chosen
     expectWritten(KeyOutput, "Keys=0", Own, {0, 4});
     expectWritten(KeyOutput, "LeftShift Keys=2", Own, {0, 6});
     expectWritten(KeyOutput, "WithModifiers LeftCtrl RightAlt Keys=1", Own, {0x41, 5});
     expectWritten(KeyOutput, "WithModifiers LeftAlt LeftAlt Keys=3", Own, {0, 7});
     expectWritten(KeyOutput, "Keys=1 OnlyModifiers", Own, {0, 0});
-    // Every modifier in rows of its own.
+    // Each modifier is in a different set of the next rows, so two exchanged modifiers are noticed.
     expectWritten(KeyOutput, "LeftCtrl RightAlt RightWindowsKey OnlyModifiers", Own, {0xC1, 0});
     expectWritten(KeyOutput, "LeftShift RightAlt LeftWindowsKey OnlyModifiers", Own, {0x4A, 0});
     expectWritten(KeyOutput, "LeftAlt LeftWindowsKey RightShift WithModifiers", Own, {0x2C, 7});
@@ -190,7 +190,7 @@ TEST_F(AdvancedDialogTest, PointerMovementPageWritesWhatIsChosen)
             bytes.push_back(std::uint8_t(number >> 8));
             bytes.push_back(std::uint8_t(number));
         }
-        bytes.erase(bytes.begin() + 6); // one byte says whether it is accelerated
+        bytes.erase(bytes.begin() + 6); // the flag has only one byte
         expectWritten(PointerMovement, steps, POINTER_MOVE, bytes);
     };
     moves("", 1, 0, 0, 1000, 0, 0, 1);
@@ -229,10 +229,10 @@ TEST_F(AdvancedDialogTest, SlidersAndSteppersFollowEachOther)
             EXPECT_NE(text(quantity)->palette(), text("NumberOfRepeats")->palette());
             enterText(text(quantity), "5");
             expect(0, 0);
-            // The first choice: the stepper, or the slider's handle, which stays where it is.
+            // The first change: by the stepper, or by the slider, whose handle does not move.
             QWidget *const chosen = first == Qt::Key_Up ? control(quantity) : slider;
             if (first == Qt::Key_Minus) {
-                perform(slider->objectName().toStdString() + "=-25"); // decreased from 0
+                perform(slider->objectName().toStdString() + "=-25"); // below the minimum
             } else {
                 first == Qt::Key_unknown ? WindowTest::click(chosen)
                                          : QTest::keyClick(chosen, first);
@@ -267,7 +267,7 @@ TEST_F(AdvancedDialogTest, OptionsEnableTheirControls)
     expectNumber("NumberOfRepeats", 10);
     tabs()->setCurrentIndex(MultipleKeyOutput);
     EXPECT_FALSE(control("OK")->isEnabled()) << "the page writes nothing";
-    click("UntilRelease"); // which is on, but loading enables and disables nothing
+    click("UntilRelease"); // it is on, but loading the page has not disabled the number
     for (const bool on : {false, true, false, true}) {
         EXPECT_EQ(countEnabled("PSKO_(.*Repeats_.*|radiobutton(Output|Series))"), on ? 4 : 0);
         perform(on ? "UntilRelease" : "SetNumber");
@@ -332,11 +332,11 @@ TEST_F(AdvancedDialogTest, MultipleKeyOutputPageShowsTheRecordAndPutsItRight)
     const char *const five = "a] + [b,b,d] + [e] + [f,g] + [h] + [i] + [j] + [k] + [l,none";
     const char *const ten =
         "none,b,d] + [e] + [f,g] + [h] + [i] + [j] + [k] + [l,none,none,none,none,none,z";
-    // Output 1 ends at its first missing key; 0xAFF and 0x534 ms.
+    // Output 1 ends at its first missing key. The times are 0xAFF and 0x534 ms.
     const CommonRecord full{0xFF, 0x34, 0xA5, 0x85, 1, 2, 2, 4, 5, 0, 6};
     const CommonRecord most{5, 6, 0, 5, 0xFF, 0xFF, 0, 4, 5};
-    // The mode and the record, the record afterwards, times on and between (ms) and repeats, the
-    // buttons that are on, the keys of every line.
+    // Mode, record, record afterwards, three numbers (on time and time between in ms, repeats),
+    // buttons that are on, keys of every line.
     using Case = std::tuple<std::uint8_t, CommonRecord, CommonRecord, std::array<int, 3>,
                             const char *, const char *>;
     const std::vector<Case> cases{
@@ -346,10 +346,10 @@ TEST_F(AdvancedDialogTest, MultipleKeyOutputPageShowsTheRecordAndPutsItRight)
         {Psko, {0, 7, 0x10, 0x8C}, {0, 7, 0x10, 0x82}, {256, 7, 10}, endless, "none,b"},
         {Psko, {9, 0, 0, 0x80}, {9, 10, 0, 0x82}, {9, 10, 10}, endless, "none,b"},
         {Psko, {9, 9, 0, 10}, {9, 9, 0, 10}, {9, 9, 10}, endless, ten},
-        // Another mode's record is left alone.
+        // The record of another mode is not changed.
         {POINTER_MOVE, {0, 0, 0, 0x8C}, {0, 0, 0, 0x8C}, {10, 10, 10}, endless, "b,b,b] + [3"},
     };
-    AdditionalData[EditedPedal] = {1, 5, 0, 9, 0, 0, 0, // the key behind the gap does not count
+    AdditionalData[EditedPedal] = {1, 5, 0, 9, 0, 0, 0, // the key after the gap does not count
                                    0, 7, 8, 9, 0, 0, 0, 0xFF, 10, 11, 12, 13, 14, 15};
     AdditionalData[EditedPedal][57] = 29;
     for (const auto &[mode, record, recordAfterwards, numbers, buttons, outputs] : cases) {
@@ -393,7 +393,7 @@ TEST_F(AdvancedDialogTest, OkWritesToTheUnitThatIsThereIfItHasThePedal)
     for (const bool isUnitHeld : {false, true}) {
         open();
         if (isUnitHeld) {
-            NumberOfPedals = EditedPedal; // as a unit without the pedal leaves it
+            NumberOfPedals = EditedPedal; // as if the unit did not have the pedal
         } else {
             bus::unplug(unit);
             bus::plugIn(next);

@@ -8,11 +8,11 @@
 
 namespace kavelo {
 
-/// One of the dialogs that set a pedal: what it shows, and what a user does in it.
+/// Functions that operate a dialog and read what it shows.
 class DialogTest : public WindowTest
 {
 protected:
-    /// Puts another setting in the place of the one that has been read.
+    /// Replaces the setting that was read from the unit.
     static void load(std::size_t pedal, std::uint8_t mode, const CommonRecord &record)
     {
         OutputMode.at(pedal) = mode;
@@ -24,8 +24,8 @@ protected:
         return required(controls<QLabel>(name).value(0), name)->text().toStdString();
     }
 
-    /// Takes steps with keys or as assistive technology does: "SetNumber NumberOfRepeats=5" presses
-    /// a button and sets a number.
+    /// Operates controls with keys or as assistive technology does. For example, the steps
+    /// "SetNumber NumberOfRepeats=5" press a button and set a number.
     void perform(const std::string &steps)
     {
         for (const QString &step :
@@ -49,7 +49,7 @@ protected:
         }
     }
 
-    /// The buttons on screen that are on, in their order.
+    /// The names of the visible buttons that are on, in their order.
     std::string checkedButtons()
     {
         const QRegularExpression kind(QStringLiteral("^([A-Z]+_)?(radiobutt+on|checkbox)"));
@@ -61,13 +61,13 @@ protected:
         }
         return names.join(QLatin1Char(' ')).toStdString();
     }
-    /// How many of these controls can be used, also behind other tabs.
+    /// Number of enabled controls with these names, including those on hidden tabs.
     auto countEnabled(const char *names)
     {
         return std::ranges::count_if(controls(names), &QWidget::isEnabled);
     }
-    /// What screen readers call the controls on screen, in Tab's order. Tab stops where there's
-    /// "+".
+    /// The accessible names of the visible controls in the order of Tab. Those with "+" get the
+    /// focus by Tab, those with "-" do not.
     std::string tabOrder()
     {
         const std::vector<QWidget *> stops = tabStops(*dialog(), *tabs());

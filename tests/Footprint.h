@@ -17,7 +17,7 @@
 #include <map>
 #include <string>
 
-/// Part of the sanitizers, which count what is allocated themselves.
+/// Defined by the sanitizers, which replace the heap and count its bytes.
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
 
@@ -25,7 +25,7 @@ namespace kavelo {
 
 inline std::ptrdiff_t bytesOnHeap()
 {
-    QPixmapCache::clear(); // has a bound of its own, far above what may pile up here
+    QPixmapCache::clear(); // it limits its own size
     if (__sanitizer_get_current_allocated_bytes != nullptr) {
         return std::ptrdiff_t(__sanitizer_get_current_allocated_bytes());
     }
@@ -33,10 +33,10 @@ inline std::ptrdiff_t bytesOnHeap()
     return std::ptrdiff_t(heap.uordblks + heap.hblkhd);
 }
 
-/// What else the process holds of all that must not pile up.
+/// Counts of everything else that must not grow.
 inline std::map<std::string, std::ptrdiff_t> footprint(QWidget &mainWindow)
 {
-    mainWindow.repaint(); // gives the window's picture the window's size
+    mainWindow.repaint(); // the window's buffer changes its size only when it is painted
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     const std::filesystem::directory_iterator open("/proc/self/fd");
     const auto timers = mainWindow.findChildren<QTimer *>();
@@ -46,7 +46,7 @@ inline std::map<std::string, std::ptrdiff_t> footprint(QWidget &mainWindow)
             {"running timers", std::ranges::count_if(timers, &QTimer::isActive)}};
 }
 
-/// Plays a round over and over; after the first rounds, at most a hundred, nothing may pile up.
+/// Plays a round many times. After the first rounds, at most a hundred, the counts must not grow.
 template <class Round>
 void expectSteadyFootprint(QWidget &mainWindow, int rounds, Round playRound)
 {
@@ -61,7 +61,7 @@ void expectSteadyFootprint(QWidget &mainWindow, int rounds, Round playRound)
     const auto before = footprint(mainWindow);
     const std::ptrdiff_t bytes = bytesOnHeap();
     play(first, first + rounds);
-    // What the last round has left may still be on its way out.
+    // Objects of the last round may be destroyed a moment later.
     EXPECT_TRUE(waitUntil([&] {
         return std::ranges::equal(footprint(mainWindow), before, std::less_equal());
     })) << ::testing::PrintToString(footprint(mainWindow));

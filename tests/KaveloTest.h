@@ -20,9 +20,9 @@ inline void PrintTo(const QString &text, std::ostream *out)
 
 namespace kavelo {
 
-/// The one fixture: every test starts from the module-wide state of a fresh process, with an empty
-/// bus, one factory-new simulated unit of five pedals beside it, and somebody to answer boxes. Time
-/// is made up: it passes only where the program sleeps.
+/// The base of all fixtures. Every test starts with the module-wide state of a new process, an
+/// empty bus, a simulated unit of five pedals in the factory state that is not plugged in, and a
+/// simulated user who answers boxes. Time is simulated: it passes only when the program sleeps.
 class KaveloTest : public ::testing::Test
 {
     Q_DISABLE_COPY_MOVE(KaveloTest)
@@ -31,15 +31,15 @@ protected:
     KaveloTest();
     ~KaveloTest() override;
 
-    /// Does `action` once, as soon as `condition` holds, also inside the program's own waits, in
-    /// which the test itself does not get on.
+    /// Calls `action` once, as soon as `condition` holds. This also works while the program waits
+    /// and blocks the test.
     void when(const std::function<bool()> &condition, const std::function<void()> &action);
     /// Runs the event loop for some ticks of the program's timers.
     static void runTicks(int ticks);
-    /// What the program writes to standard output meanwhile.
+    /// Returns what the program writes to standard output during `action`.
     static std::string printed(const std::function<void()> &action);
 
-    /// Requests that the unit has seen, in their order.
+    /// All requests to the unit, also refused ones, in their order.
     std::vector<hid::Report> requests;
     SimulatedUnit unit;
     BoxWatcher boxes;

@@ -33,7 +33,7 @@ TEST_P(LongRunTest, PlugInsAndEditsLeaveNothingBehind)
 }
 
 INSTANTIATE_TEST_SUITE_P(Short, LongRunTest, ::testing::Values(30));
-// Not among the tests that ctest runs: scripts/long-run.
+// ctest leaves these out; scripts/long-run runs them.
 INSTANTIATE_TEST_SUITE_P(Full, LongRunTest, ::testing::Values(2000));
 
 } // namespace

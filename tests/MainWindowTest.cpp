@@ -40,7 +40,8 @@ TEST_F(MainWindowTest, StartsWhereTheWidestLayoutFits)
 
 TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
 {
-    // Pedals, width, rows by their place from the left, their names, and what their titles say.
+    // Number of pedals, width of the window, rows from left to right, their names, the pedals'
+    // names in the buttons' titles.
     using Row = std::tuple<std::uint8_t, int, std::vector<int>, QStringView, QStringView>;
     // clang-format off
     const std::vector<Row> layouts{
@@ -113,6 +114,7 @@ TEST_F(MainWindowTest, LaysItselfOutForThePedalsOfTheUnit)
         }
         EXPECT_TRUE(restoreItem()->isEnabled());
         unplugAndWait();
+        EXPECT_FALSE(isConnected || DeviceDetected || restoreItem()->isEnabled());
         EXPECT_EQ(window.height(), height) << "only the font moves the window's lower edge";
         EXPECT_EQ(height > usualHeight, fontSize == 18);
         EXPECT_TRUE(window.centralWidget()->rect().contains(annotation->geometry()));
@@ -126,7 +128,7 @@ TEST_F(MainWindowTest, ReadsEveryPedalOnceWhateverElseIsPluggedIn)
     ASSERT_TRUE(waitUntil([&] { return showsUnit(unit); }));
     SimulatedUnit other;
     bus::plugIn(other);
-    MyNewDeviceCallback(nullptr, nullptr); // from a system that tells of it all the same
+    MyNewDeviceCallback(nullptr, nullptr); // although the link has not asked for arrivals
     runTicks(2);
     bus::unplug(other);
     runTicks(2);
@@ -136,7 +138,7 @@ TEST_F(MainWindowTest, ReadsEveryPedalOnceWhateverElseIsPluggedIn)
     unit.setReplyDelay(3 * TickPeriod / 2);
     Q_EMIT unit.inputReport({0xEE, 0xEE});
     ASSERT_TRUE(waitUntil([&] { return requests.size() == 2 * ReadExchanges && showsUnit(unit); }))
-        << "a report that nobody has asked for is a reason to look again";
+        << "after an unexpected report the unit is read again";
     EXPECT_EQ((std::array{VersionNumberMajor, VersionNumberMinor, VersionNumberRevision}),
               unit.memory().version);
     EXPECT_TRUE(waitUntil([&] { return standard(2)->hasFocus(); })) << "where the user has put it";
@@ -168,7 +170,7 @@ TEST_F(MainWindowTest, AReplyDoesNotWaitForTheTick)
     int wakeUps = 0;
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &unit,
                      [&wakeUps] { ++wakeUps; });
-    QEventLoop idle; // which sleeps only if all timers let it
+    QEventLoop idle; // wakes up whenever a timer fires
     QTimer::singleShot(20 * TickPeriod, &idle, &QEventLoop::quit);
     idle.exec();
     EXPECT_LT(wakeUps, 100) << "nothing keeps the event loop from sleeping";

@@ -1,3 +1,4 @@
+#include "ApplicationIcon.h"
 #include "ProgramStyle.h"
 #include "WindowTest.h"
 
@@ -9,7 +10,7 @@ namespace {
 class MenuTest : public WindowTest
 {
 protected:
-    /// What is printed until the foreseen boxes have come.
+    /// Triggers the item. Returns what is printed until all expected boxes are answered.
     std::string choose(QAction &item)
     {
         return printed([&] {
@@ -57,11 +58,13 @@ TEST_F(MenuTest, NamesItsItemsAndItsNotices)
     EXPECT_EQ(choose(*window.menuItems().VersionInformationToolStripMenuItem), "others:0\n");
     EXPECT_EQ(boxes.messages().last(),
               QStringLiteral("Mac App for Marvode Kavelo QX7\nVersion: 2.3.2"));
+    EXPECT_EQ(applicationIcon().pixmap(64).toImage().pixelColor(32, 32), QColor(0xF0, 0x91, 0x36))
+        << "the middle pedal is orange";
 }
 
 TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
 {
-    // As a desktop without a theme has it.
+    // A desktop without a theme shows icons on buttons.
     window.setStyleSheet(QStringLiteral("* { dialogbuttonbox-buttons-have-icons: 1 }"));
     const auto press = [this](Qt::Key key, bool afterTab = false) {
         return [this, key, afterTab](QMessageBox &box) {

@@ -12,11 +12,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// What the program is waiting for when the user ends it.
+/// What the program waits for when the user ends it.
 enum Wait { Nothing, Dialog, Question, Read, Write, Restore };
 
-/// Each case runs in a process of its own, which must end with status 0. Whether the user presses
-/// Ctrl+Q in the active window or else closes the main window is the second parameter.
+/// Each case runs in a process of its own, which must end with status 0. By the second parameter
+/// the user presses Ctrl+Q in the active window (true) or closes the main window (false).
 class ProgramEndDeathTest : public WindowTest,
                             public ::testing::WithParamInterface<std::tuple<Wait, bool>>
 {
@@ -83,8 +83,8 @@ TEST_F(ProgramEndDeathTest, AUnitOfMajorVersion3IsRefusedInWordsAndTheProgramEnd
         bus::plugIn(unit);
         std::exit(waitUntil([&] { return showsUnit(unit); }) ? 5 : 6);
     };
-    // A version that is not supported is believed when it comes twice in a row: the first reply may
-    // have belonged to another request.
+    // Each row: major version, fault, exit status. A version that is not supported is believed when
+    // it comes twice in a row, because the first reply may have belonged to another request.
     const std::vector<std::tuple<std::uint8_t, Fault, int>> rows{
         {3, {}, 0},
         {255, {}, 0},

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-/// Read by LeakSanitizer: fontconfig keeps its configuration until the process is gone, and newer
-/// Qt its fonts. This shows where a test ends its process at once.
+/// Read by LeakSanitizer. fontconfig never frees its configuration, and newer Qt does not free its
+/// fonts when a test ends its process by exit().
 extern "C" const char *__lsan_default_suppressions() // NOLINT(bugprone-reserved-identifier)
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 9, 0)
@@ -23,7 +23,7 @@ int main(int argc, char *argv[])
     }
     const QApplication application(argc, argv);
     QApplication::setStyle(new kavelo::ProgramStyle);
-    // The tests close many a last window.
+    // Closing a window must not end the tests.
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }

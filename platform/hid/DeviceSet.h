@@ -58,8 +58,8 @@ protected:
             return;
         }
         post([this, gone = *position] {
-            // The callback registered at the time of the announcement, so that a client that has
-            // registered another one still learns of the removal.
+            // This calls the callback that is registered now, not the one that was registered when
+            // the device went. So a client that has changed its callback learns of the removal.
             if (m_removal.callback != nullptr) {
                 m_removal.callback(m_removal.context, gone);
             }

@@ -70,9 +70,10 @@ bool HidrawDevice::isPresent() const
     return ::access(m_syspath.c_str(), F_OK) == 0;
 }
 
-bool HidrawDevice::isNoLongerRefused()
+bool HidrawDevice::tryNode() const
 {
-    return m_refused && openForUsAlone();
+    std::string reason;
+    return bool(openForUsAlone(reason));
 }
 
 void HidrawDevice::retire()
@@ -90,25 +91,34 @@ bool HidrawDevice::ensureOpen()
     if (m_retired || m_refused) {
         return false;
     }
-    m_file = openForUsAlone();
+    std::string reason;
+    m_file = openForUsAlone(reason);
+    if (!reason.empty()) {
+        std::fprintf(stderr, "kavelo: cannot open %s: %s\n", m_node.c_str(), reason.c_str());
+        m_refused = true;
+        Q_EMIT refused();
+    }
     if (!m_file) {
         return false;
     }
+    dropUnreadReports();
     m_notifier = std::make_unique<QSocketNotifier>(m_file.get(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &HidrawDevice::readReport);
     return true;
 }
 
-FileDescriptor HidrawDevice::openForUsAlone()
+/// Opens and locks the node. When the node is refused, the result is empty and `reason` says why.
+/// When the device has gone, the result is empty without a reason.
+FileDescriptor HidrawDevice::openForUsAlone(std::string &reason) const
 {
     FileDescriptor file(
         uninterrupted([this] { return ::open(m_node.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC); }));
     if (!file) {
         const int error = errno;
-        refuse(std::generic_category().message(error) +
-               (isPermissionError(error)
-                    ? "; install the udev rule 70-kavelo.rules and plug the unit in again"
-                    : ""));
+        reason = std::generic_category().message(error) +
+                 (isPermissionError(error)
+                      ? "; install the udev rule 70-kavelo.rules and plug the unit in again"
+                      : "");
         return {};
     }
     // When a device has gone, the kernel may give the name of its node to the next device. A
@@ -116,26 +126,25 @@ FileDescriptor HidrawDevice::openForUsAlone()
     if (!isPresent()) {
         return {};
     }
-    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-        refuse("another program uses it; this one takes over when that has let go");
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+        // Without the lock, another program could take this one's replies. So any error refuses.
+        reason = errno == EWOULDBLOCK
+                     ? "another program uses it; this one takes over when that has let go"
+                     : "cannot lock it: " + std::generic_category().message(errno);
         return {};
-    }
-    // Reports that arrived before the lock was taken may be replies to another program.
-    Report dropped = {};
-    for (int i = 0; i < MostUnreadReports; ++i) {
-        if (::read(file.get(), dropped.data(), dropped.size()) <= 0) {
-            break;
-        }
     }
     return file;
 }
 
-void HidrawDevice::refuse(const std::string &reason)
+/// Reports that arrived before the lock was taken may be replies to another program.
+void HidrawDevice::dropUnreadReports()
 {
-    if (!std::exchange(m_refused, true)) {
-        std::fprintf(stderr, "kavelo: cannot open %s: %s\n", m_node.c_str(), reason.c_str());
+    Report dropped = {};
+    for (int i = 0; i < MostUnreadReports; ++i) {
+        if (::read(m_file.get(), dropped.data(), dropped.size()) <= 0) {
+            break;
+        }
     }
-    Q_EMIT refused();
 }
 
 /// Reads one report. Further reports wake the event loop again, so a unit that sends without pause

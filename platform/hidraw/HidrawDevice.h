@@ -35,8 +35,11 @@ public:
     /// Whether the system still has the device.
     [[nodiscard]] bool isPresent() const;
 
-    /// Whether the node was refused before and can be opened now.
-    [[nodiscard]] bool isNoLongerRefused();
+    /// Whether the node could not be opened or locked.
+    [[nodiscard]] bool isRefused() const { return m_refused; }
+
+    /// Opens and locks the node and closes it again. Returns whether that succeeded.
+    [[nodiscard]] bool tryNode() const;
 
     /// Closes the node for good. From now on sending fails and no report arrives.
     void retire();
@@ -51,8 +54,8 @@ Q_SIGNALS:
 
 private:
     bool ensureOpen();
-    FileDescriptor openForUsAlone();
-    void refuse(const std::string &reason);
+    FileDescriptor openForUsAlone(std::string &reason) const;
+    void dropUnreadReports();
     void readReport();
 
     std::string m_syspath;

@@ -98,9 +98,11 @@ bool HidrawManager::rescan()
 {
     const std::vector<Ref> known = devices();
     for (const Ref &device : known) {
-        // A device that is no longer refused is announced as a new one.
-        if (!device->isPresent() || device->isNoLongerRefused()) {
+        // A refused device whose node can be opened now is announced as a new one.
+        if (!device->isPresent() || (device->isRefused() && device->tryNode())) {
             letGo(device);
+        } else if (device->isRefused()) {
+            m_retry.start();
         }
     }
     // The monitor starts before the enumeration, so that no arrival is missed. A device found by

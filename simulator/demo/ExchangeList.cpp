@@ -4,6 +4,7 @@
 
 #include <QFontDatabase>
 #include <QHeaderView>
+#include <QScrollBar>
 
 namespace kavelo {
 namespace {
@@ -14,11 +15,25 @@ enum Column { Time, CommandName, Request, Reply };
 
 ExchangeList::ExchangeList(QWidget *parent)
     : QTreeWidget(parent)
+    , m_tenRows(0, 0)
 {
     setHeaderLabels({QStringLiteral("Time"), QStringLiteral("Command"), QStringLiteral("Request"),
                      QStringLiteral("Reply")});
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    header()->setResizeContentsPrecision(0); // the rows that can be seen
+    header()->setResizeContentsPrecision(0); // only visible rows count
+    append({.request = {GET_OUTPUT_MODE_AND_DATA}, .outcome = Exchange::Outcome::Answered});
+    m_tenRows.setHeight(10 * sizeHintForRow(0));
+    for (int column = Time; column <= Reply; ++column) {
+        m_tenRows.rwidth() += sizeHintForColumn(column);
+    }
+    clear();
+}
+
+QSize ExchangeList::sizeHint() const
+{
+    return m_tenRows +
+           QSize(verticalScrollBar()->sizeHint().width(), header()->sizeHint().height()) +
+           2 * QSize(frameWidth(), frameWidth());
 }
 
 void ExchangeList::record(const Exchange &exchange)

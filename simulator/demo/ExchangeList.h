@@ -16,15 +16,19 @@ public:
 
     explicit ExchangeList(QWidget *parent = nullptr);
 
-    /// Appends a new exchange, or brings the row of a known one up to date.
+    /// Enough for all columns and for ten rows.
+    [[nodiscard]] QSize sizeHint() const override;
+
+    /// Appends a new exchange, or updates the reply in the row of a known one.
     void record(const Exchange &exchange);
 
 private:
     void append(const Exchange &exchange);
-    /// Null for an exchange whose row has been cleared or dropped.
+    /// The row of an exchange; null when it has been cleared or dropped.
     [[nodiscard]] QTreeWidgetItem *rowOf(const Exchange &exchange) const;
 
-    int m_lastNumber = 0; ///< of the newest exchange, cleared or not
+    QSize m_tenRows;
+    int m_lastNumber = 0; ///< number of the newest exchange, even when its row has been cleared
 };
 
 } // namespace kavelo

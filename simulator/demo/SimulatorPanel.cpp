@@ -2,8 +2,11 @@
 
 #include "ui_SimulatorPanel.h"
 
+#include "ItemChoice.h"
 #include "SimulatedBus.h"
 #include "SimulatedUnit.h"
+
+#include <QScreen>
 
 #include <array>
 
@@ -37,15 +40,21 @@ std::array<QSpinBox *, 3> versionBoxes(const Ui::SimulatorPanel &ui)
 } // namespace
 
 SimulatorPanel::SimulatorPanel(SimulatedUnit &unit, QWidget *parent)
-    : QWidget(parent)
+    : QMainWindow(parent)
     , m_unit(unit)
     , m_ui(std::make_unique<Ui::SimulatorPanel>())
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_QuitOnClose, false);
+    m_ui->numberOfPedals->setMaximum(MaxPedals);
+    m_ui->advancedPedal->setMaximum(MaxPedals - 1);
+    m_ui->replyDelay->setMaximum(static_cast<int>(SimulatedUnit::MaxReplyDelay.count()));
     for (const FaultItem &item : faultItems()) {
         m_ui->fault->addItem(item.text, static_cast<int>(item.kind));
     }
+    new ItemChoice(*m_ui->fault); // owned by the box
+    // The form's size suits small fonts only.
+    resize(sizeHint().expandedTo(size()).boundedTo(screen()->availableSize()));
     showUnit();
     connectControls();
 }
@@ -86,7 +95,7 @@ void SimulatorPanel::connectControls()
         Q_EMIT advancedDialogRequested(m_ui->advancedPedal->value(),
                                        m_ui->settingEnabled->isChecked());
     });
-    // Choosing the same fault again arms it again.
+    // Unlike currentIndexChanged, this signal also comes when the same fault is chosen again.
     connect(m_ui->fault, &QComboBox::activated, this, &SimulatorPanel::setFault);
     connect(m_ui->faultExchange, &QSpinBox::valueChanged, this, &SimulatorPanel::setFault);
     connect(&m_unit, &SimulatedUnit::exchanged, m_ui->exchanges, &ExchangeList::record);

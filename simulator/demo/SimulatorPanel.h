@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include <QMainWindow>
 
 #include <memory>
 
@@ -13,8 +13,8 @@ class SimulatorPanel;
 }
 
 /// The window beside the utility that plugs a simulated unit in and out, sets it up, makes it fail
-/// and lists its exchanges. Closing the utility ends the program although this window is open.
-class SimulatorPanel : public QWidget
+/// and lists its exchanges. Closing the utility ends the program even while this window is open.
+class SimulatorPanel : public QMainWindow
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(SimulatorPanel)
@@ -25,7 +25,7 @@ public:
     ~SimulatorPanel() override;
 
 Q_SIGNALS:
-    /// The Advanced dialog is to be opened on a pedal, 0 to 4; with or without leave to write.
+    /// Asks for the Advanced dialog of a pedal (0 to 4), with a value for SettingEnabled.
     void advancedDialogRequested(int pedal, bool settingEnabled);
 
 private:

@@ -29,7 +29,7 @@ struct Options
                                  QStringLiteral("Start with the unit unplugged.")};
     QCommandLineOption tour{
         QStringLiteral("tour"),
-        QStringLiteral("Go round all windows, save their pictures in <folder>, and quit."),
+        QStringLiteral("Operate and check all windows, save their pictures in <folder>, and quit."),
         QStringLiteral("folder")};
 };
 
@@ -41,11 +41,11 @@ void setUp(kavelo::SimulatedUnit &unit, const QCommandLineParser &parser, const 
     }
 }
 
-/// Puts the panel below the utility's window where the screen has room for both, so that neither
+/// Puts the panel below the utility's window if the screen has room for both, so that neither
 /// covers the other.
 void placeBelow(QWidget &panel, QWidget &window)
 {
-    // Until then a window manager may still put the window somewhere.
+    // Before the window is shown a window manager may still move it.
     static_cast<void>(QTest::qWaitForWindowExposed(&window));
     const QRect frame = window.frameGeometry();
     const QRect screen = window.screen()->availableGeometry();
@@ -57,7 +57,7 @@ void placeBelow(QWidget &panel, QWidget &window)
     }
 }
 
-/// Prints the help and ends the program if it is asked to: that needs no display.
+/// Prints the help and ends the program if the command line asks for it. This needs no display.
 void answerHelp(QCommandLineParser &parser, const QCommandLineOption &help, int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
@@ -67,11 +67,11 @@ void answerHelp(QCommandLineParser &parser, const QCommandLineOption &help, int 
     }
 }
 
-/// Does what the main window's Advanced buttons, which are never enabled, would do.
+/// Opens the Advanced dialog as the main window's Advanced buttons would. Those are never enabled.
 void openAdvancedDialog(kavelo::MainWindowViewController &window, int pedal, bool settingEnabled)
 {
     if (QApplication::activeModalWidget() != nullptr) {
-        return;
+        return; // a message box waits for its answer
     }
     kavelo::SelectedPedalNo = pedal;
     kavelo::PedalName =
@@ -95,7 +95,7 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QApplication::setStyle(new kavelo::ProgramStyle);
     QApplication::setWindowIcon(kavelo::applicationIcon());
-    parser.process(application);
+    options.unit.process(parser);
 
     kavelo::SimulatedUnit unit;
     setUp(unit, parser, options);
@@ -114,7 +114,7 @@ int main(int argc, char *argv[])
     panel.show();
     window.activateWindow();
 
-    // Only with the option: the tour answers message boxes in place of the user.
+    // Made only when asked for, because the tour answers all message boxes in place of the user.
     std::unique_ptr<kavelo::Tour> tour;
     if (parser.isSet(options.tour)) {
         tour = std::make_unique<kavelo::Tour>(window, panel, unit, parser.value(options.tour));

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char *UhidFile = "/dev/uhid";
 
-/// Copies the bytes into a field of so many bytes, unless they are more.
+/// Copies the bytes into a field of `size` bytes; false when they don't fit.
 template <class Bytes>
 bool copy(const Bytes &bytes, std::uint8_t *field, std::size_t size)
 {
@@ -75,7 +75,7 @@ bool UhidDevice::sendReport(std::span<const std::uint8_t> report)
     return m_file && copy(report, input.data, sizeof(input.data)) && write(m_file, event);
 }
 
-/// Takes one event from the kernel, which is of one size; of a shorter one the rest is 0.
+/// Takes one event from the kernel. Bytes that a short event lacks are 0.
 void UhidDevice::receiveEvent()
 {
     uhid_event event = {};
@@ -88,11 +88,11 @@ void UhidDevice::receiveEvent()
         if (const uhid_output_req &output = event.u.output;
             output.rtype == UHID_OUTPUT_REPORT && output.size <= sizeof(output.data)) {
             const QByteArray report(reinterpret_cast<const char *>(output.data), output.size);
-            Q_EMIT reportReceived(report); // comes last: the receiver may unplug the device
+            Q_EMIT reportReceived(report); // the last statement, as the receiver may unplug it
         }
         return;
-    // The unit has no reports that are asked for or set in any other way. Without an answer
-    // whoever tries would wait for 5 s.
+    // The unit does not support these requests. Without an answer the program that makes one would
+    // wait for 5 s.
     case UHID_GET_REPORT:
         answer.type = UHID_GET_REPORT_REPLY;
         answer.u.get_report_reply.id = event.u.get_report.id;

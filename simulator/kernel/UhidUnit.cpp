@@ -26,14 +26,12 @@ int UhidUnit::plugIn()
     if (m_device.isPluggedIn()) {
         return 0;
     }
-    const QByteArray descriptor(reinterpret_cast<const char *>(UnitReportDescriptor.data()),
-                                UnitReportDescriptor.size());
     const int error = m_device.plugIn(
         {.name = QByteArrayLiteral("Kavelo simulated by kavelo-unit"),
          .uniqueId = "kavelo-unit-" + QByteArray::number(QCoreApplication::applicationPid()),
          .vendorId = SimulatedUnit::matching().vendorId,
          .productId = SimulatedUnit::matching().productId,
-         .reportDescriptor = descriptor});
+         .reportDescriptor = QByteArray::fromHex(UnitReportDescriptor)});
     m_unit.setPowered(error == 0);
     return error;
 }
@@ -41,7 +39,7 @@ int UhidUnit::plugIn()
 void UhidUnit::receive(const QByteArray &report)
 {
     hid::Report request{};
-    // Behind the report ID.
+    // The first byte is the report ID.
     if (report.size() == 1 + std::ssize(request)) {
         std::copy(report.begin() + 1, report.end(), request.begin());
         m_unit.receive(request);

@@ -8,8 +8,8 @@ namespace kavelo {
 
 class SimulatedUnit;
 
-/// A simulated unit that can be plugged into this computer's kernel. Its name says that it is no
-/// hardware. The unit must outlive this; when it loses its power, it is unplugged.
+/// Plugs a simulated unit into this computer's kernel. The name of the HID device says that it is
+/// simulated. The unit must outlive this object. A unit that loses its power is unplugged.
 class UhidUnit : public QObject
 {
     Q_OBJECT
@@ -17,8 +17,8 @@ class UhidUnit : public QObject
 public:
     explicit UhidUnit(SimulatedUnit &unit);
 
-    /// Gives the unit power and plugs it in; nothing if it is plugged in. Returns 0 or an errno, as
-    /// UhidDevice::plugIn() does.
+    /// Gives the unit power and plugs it in. Does nothing when it is plugged in already. Returns 0
+    /// or an errno, as UhidDevice::plugIn() does.
     [[nodiscard]] int plugIn();
 
 private:

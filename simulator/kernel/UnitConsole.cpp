@@ -12,7 +12,7 @@
 namespace kavelo {
 namespace {
 
-/// What the user can do about an error of plugging in; nothing for the others.
+/// What the user can do about an errno of plugging in. Empty for other errnos.
 const char *cure(int error)
 {
     switch (error) {
@@ -99,7 +99,7 @@ void UnitConsole::carryOut(const QByteArray &line)
     }
 }
 
-/// An exchange is printed when it is over.
+/// Prints an exchange when it is over.
 void UnitConsole::print(const Exchange &exchange)
 {
     if (exchange.outcome != Exchange::Outcome::Waiting) {

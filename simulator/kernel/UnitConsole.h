@@ -12,23 +12,24 @@ class SimulatedUnit;
 class UhidUnit;
 struct Exchange;
 
-/// Drives a unit by the lines of standard input and lists its exchanges on standard output.
+/// Controls a unit by commands on standard input, and prints its exchanges on standard output.
 class UnitConsole : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What a line may say, for the help and for whoever has written something else.
+    /// The list of commands, for the help and for the answer to an unknown command.
     static const QString Help;
 
-    /// Both must outlive this.
+    /// Both must outlive this object.
     UnitConsole(SimulatedUnit &unit, UhidUnit &plug);
 
-    /// Plugs the unit in. When that fails, one line on standard error says why and what to do.
+    /// Plugs the unit in. When that fails, prints a line with the reason and the cure on standard
+    /// error and returns false.
     bool plugIn();
 
 Q_SIGNALS:
-    /// Standard input has come to its end.
+    /// Standard input has ended.
     void ended();
 
 private:
@@ -39,7 +40,7 @@ private:
     SimulatedUnit &m_unit;
     UhidUnit &m_plug;
     QSocketNotifier m_input{STDIN_FILENO, QSocketNotifier::Read};
-    QByteArray m_line; ///< as much of it as has come
+    QByteArray m_line; ///< the beginning of a line whose end has not come yet
 };
 
 } // namespace kavelo

@@ -18,7 +18,7 @@ int main(int argc, char *argv[])
             .arg(kavelo::UnitConsole::Help));
     parser.addHelpOption();
     options.addTo(parser);
-    parser.process(application);
+    options.process(parser);
 
     kavelo::SimulatedUnit unit;
     options.apply(parser, unit);

@@ -6,7 +6,7 @@
 
 namespace kavelo {
 
-/// Five pedals in five different output modes: what a unit looks like whose owner made use of it.
+/// Settings for five pedals in five different output modes.
 [[nodiscard]] std::array<PedalMemory, MaxPedals> demoSettings();
 
 } // namespace kavelo

@@ -6,15 +6,15 @@
 
 namespace kavelo {
 
-// An exchange in words, for whoever lists exchanges.
+// The columns of a list of exchanges.
 
-/// When the request came, to the millisecond.
+/// The time of the request, to the millisecond.
 [[nodiscard]] QString timeText(const Exchange &exchange);
 /// The name of the request's command.
 [[nodiscard]] QString commandText(const Exchange &exchange);
 /// All bytes in groups of four, short enough for a request and its reply side by side.
 [[nodiscard]] QString hexText(const hid::Report &report);
-/// The reply's bytes, or what came of the request instead.
+/// The reply's bytes; without a reply, the outcome in words.
 [[nodiscard]] QString replyText(const Exchange &exchange);
 
 } // namespace kavelo

@@ -8,7 +8,7 @@
 namespace kavelo::bus {
 namespace {
 
-// Changed by the functions of this file only, read through attachments().
+// Only this file changes it. Other files read it through attachments().
 std::vector<AttachmentRef> Attachments;
 
 auto find(const SimulatedUnit &unit)
@@ -25,7 +25,7 @@ void plugIn(SimulatedUnit &unit)
         return;
     }
     unit.setPowered(true);
-    // A unit also goes by itself: by a fault, or when it is destroyed.
+    // A unit also loses its power by a fault, and when it is destroyed.
     QObject::connect(
         &unit, &SimulatedUnit::poweredChanged, &unit, [&unit] { unplug(unit); },
         Qt::SingleShotConnection);

@@ -9,18 +9,18 @@ namespace kavelo {
 class SimulatedUnit;
 }
 
-/// The computer's USB bus as the simulated HID manager sees it: the units that are plugged in, in
-/// the order of their plugging in. The bus owns no unit; one that is destroyed is unplugged.
+/// The computer's USB bus as the simulated HID manager sees it. It lists the units that are plugged
+/// in, the first one first. The bus owns no unit. A unit that is destroyed is unplugged.
 namespace kavelo::bus {
 
-/// One stay of a unit on the bus. A unit that is plugged in again gets a new one.
+/// A unit from its plugging in until its unplugging. Each plugging in makes a new attachment.
 struct Attachment
 {
-    SimulatedUnit *unit; ///< null from the moment it is unplugged
+    SimulatedUnit *unit; ///< null once the unit has been unplugged
 };
 using AttachmentRef = std::shared_ptr<Attachment>;
 
-/// Tells, from inside the call that causes it, of every change.
+/// Announces every change. The signals are emitted inside the call that makes the change.
 class Events : public QObject
 {
     Q_OBJECT
@@ -30,9 +30,9 @@ Q_SIGNALS:
     void unplugged(const kavelo::bus::AttachmentRef &attachment);
 };
 
-/// Plugs the unit in behind those already there and gives it power; nothing if it is plugged in.
+/// Plugs the unit in and gives it power. Does nothing when it is plugged in already.
 void plugIn(SimulatedUnit &unit);
-/// Unplugs the unit, which loses its power; nothing if it is not plugged in.
+/// Unplugs the unit, which loses its power. Does nothing when it is not plugged in.
 void unplug(SimulatedUnit &unit);
 [[nodiscard]] bool isPluggedIn(const SimulatedUnit &unit);
 /// Unplugs every unit.

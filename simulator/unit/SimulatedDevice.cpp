@@ -20,7 +20,7 @@ void SimulatedDevice::registerInputReportCallback(std::span<std::uint8_t, hid::R
         return;
     }
     m_reception = std::make_unique<QObject>();
-    // A unit that is plugged in again answers its new device only.
+    // When a unit is plugged in again, only its new device gets its replies.
     QObject::connect(
         m_attachment->unit, &SimulatedUnit::inputReport, m_reception.get(),
         [attachment = m_attachment, buffer, callback, context](const hid::Report &report) {

@@ -7,7 +7,7 @@
 
 namespace kavelo {
 
-/// One stay of a simulated unit on the bus as a HID manager's device.
+/// An attachment of a simulated unit as a device of a HID manager.
 class SimulatedDevice : public hid::Device
 {
 public:
@@ -21,7 +21,7 @@ public:
 
 private:
     bus::AttachmentRef m_attachment;
-    std::unique_ptr<QObject> m_reception; ///< holds the connection while a callback is on
+    std::unique_ptr<QObject> m_reception; ///< owns the connection while a callback is registered
 };
 
 } // namespace kavelo

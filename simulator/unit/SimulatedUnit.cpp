@@ -71,7 +71,7 @@ bool getAdditionalData(SimulatedUnit &unit, const hid::Report &request, hid::Rep
 struct Command
 {
     std::uint8_t code;
-    /// Fills the reply from byte 2 on; false when the request can't be carried out.
+    /// Fills the reply from byte 2 on. Returns false when the request can't be carried out.
     bool (*carryOut)(SimulatedUnit &unit, const hid::Report &request, hid::Report &reply);
 };
 
@@ -192,7 +192,7 @@ void SimulatedUnit::finishFirst()
 {
     const auto [finished, delay, isRepetition] = m_pending.front();
     m_pending.pop_front();
-    // Whoever gets the reply may run the event loop, so the next request is begun first.
+    // The receiver of the reply may run the event loop, so the next request is started first.
     if (!m_pending.empty()) {
         startOnFirst();
     }

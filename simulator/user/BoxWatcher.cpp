@@ -41,7 +41,7 @@ bool BoxWatcher::eventFilter(QObject *watched, QEvent *event)
     }
     if (auto *box = qobject_cast<QMessageBox *>(watched)) {
         m_messages << box->informativeText();
-        // Only once the box is really up and waiting.
+        // Posted, because the box does not wait for its answer yet.
         QTimer::singleShot(0, box, [this, box] { react(*box); });
     } else if (qobject_cast<QDialog *>(watched) != nullptr) {
         ++m_dialogsShown;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PressGuard.h"
+
 #include <QMessageBox>
 #include <QObject>
 #include <QStringList>
@@ -9,12 +11,13 @@
 
 namespace kavelo {
 
-/// The time, in ms, after which a window that has come or gone no longer keeps presses away.
-constexpr int PressesTakenAfter = 500;
+/// Time, in ms, after which PressGuard lets presses in again when a window has come or gone. It is
+/// also longer than the usual double click interval, which holds for the mouse.
+constexpr int PressesTakenAfter = static_cast<int>(PressGuard::KeyQuiet.count()) + 200;
 
-/// Answers the program's message boxes as a user would, one after the other, and keeps what they
-/// said. Message boxes wait for their answer, so whoever causes one must say beforehand how it is
-/// to be answered. A box that nobody has foreseen is closed by its frame.
+/// A simulated user who answers the program's message boxes and keeps their texts. A message box
+/// blocks its caller until it is answered, so the answer must be given before the box comes. A box
+/// for which no answer was given is closed by its frame.
 class BoxWatcher : public QObject
 {
     Q_OBJECT
@@ -24,20 +27,20 @@ public:
 
     BoxWatcher();
 
-    /// The next box without a reaction is answered with this key.
+    /// Answers the next box for which no answer was given yet with this key.
     void answerWith(Qt::Key key);
-    /// The next box without a reaction gets this one. It must see to it that the box closes.
+    /// Calls `reaction` on the next box for which no answer was given yet. It must close the box.
     void reactWith(Reaction reaction);
 
-    /// Presses a key as soon as the box takes it, unless the box has gone by then.
+    /// Presses a key in the box once PressGuard lets it in, if the box is still there.
     static void press(QMessageBox &box, Qt::Key key);
 
-    /// The messages of all boxes so far, line breaks as "\n".
+    /// The messages of all boxes so far, with "\n" as the line break.
     [[nodiscard]] const QStringList &messages() const { return m_messages; }
     void forgetMessages() { m_messages.clear(); }
-    /// How many other dialogs have come on screen so far.
+    /// Number of dialogs shown so far, without message boxes.
     [[nodiscard]] int dialogsShown() const { return m_dialogsShown; }
-    /// Whether every foreseen box has come.
+    /// Whether a box has come for every answer given.
     [[nodiscard]] bool isDone() const { return m_reactions.empty(); }
 
     bool eventFilter(QObject *watched, QEvent *event) override;

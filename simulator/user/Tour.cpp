@@ -1,12 +1,16 @@
 #include "Tour.h"
 
 #include "AdvancedSettingDialogViewController.h"
+#include "ExchangeText.h"
 #include "MainWindowViewController.h"
+#include "ModifierName.h"
 #include "PedalSetting.h"
 #include "SettingDialogViewController.h"
 #include "SimulatedUnit.h"
+#include "WindowView.h"
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -22,21 +26,21 @@
 #include <QTextStream>
 #include <QTreeView>
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <utility>
+#include <vector>
 
 namespace kavelo {
 namespace {
 
-/// Time for a window to do what it was asked to.
-constexpr int Patience = 20000; // ms
+/// Longest time, in ms, that a window may take to show something.
+constexpr int Patience = 20000;
 
-/// Pedals that the round uses: one that the Standard dialog can't show, and one that it edits.
+/// The pedals that the tour uses. The Standard dialog cannot show the setting of the first one and
+/// edits the second one. The Advanced dialog edits the third one and shows all four.
 constexpr int PedalBeyondStandard = 0;
 constexpr int EditedPedal = 1;
-/// Pedals for the Advanced dialog: one that is set to clicks there, and one that moves the pointer.
 constexpr int ClickedPedal = 2;
 constexpr int PointerPedal = 3;
 
@@ -54,20 +58,20 @@ Control &pedalControl(QWidget &window, const char *name, int pedal)
     return control<Control>(window, QString::asprintf(name, pedal));
 }
 
-/// Clicks on the left part of the control: a button's mark, or its title.
+/// Clicks on the left part of the control, where a check box or radio button has its mark.
 void click(QWidget &widget)
 {
-    QTest::qWait(QApplication::doubleClickInterval() + 20); // the window may only just have come
+    QTest::qWait(QApplication::doubleClickInterval() + 20); // PressGuard ignores earlier clicks
     QTest::mouseClick(&widget, Qt::LeftButton, {}, {10, widget.height() / 2});
 }
 
-/// The dialog of this class that is on screen; null when there is none.
-template <class Dialog>
-Dialog *shownDialog(QWidget &window)
+/// Chooses an item as assistive technology does.
+void choose(QComboBox &box, int item)
 {
-    const auto dialogs = window.findChildren<Dialog *>();
-    const auto shown = std::ranges::find_if(dialogs, &QWidget::isVisible);
-    return shown == dialogs.end() ? nullptr : *shown;
+    QAccessible::queryAccessibleInterface(box.view())
+        ->child(item)
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::toggleAction());
 }
 
 } // namespace
@@ -79,7 +83,7 @@ Tour::Tour(MainWindowViewController &window, QWidget &panel, SimulatedUnit &unit
     , m_unit(unit)
     , m_pictures(pictureFolder)
 {
-    QApplication::setDoubleClickInterval(50); // the round clicks faster than people do
+    QApplication::setDoubleClickInterval(50); // the tour clicks faster than people do
 }
 
 int Tour::run()
@@ -89,20 +93,22 @@ int Tour::run()
         const char *purpose;
         bool (Tour::*run)();
     };
-    constexpr std::array<Step, 8> Steps{{
+    constexpr std::array<Step, 10> Steps{{
         {"reading the unit", &Tour::showUnit},
         {"the panel", &Tour::drivePanel},
+        {"the list of exchanges", &Tour::listExchanges},
         {"units of 1 to 5 pedals", &Tour::showEveryNumberOfPedals},
         {"the question about a setting beyond the Standard", &Tour::askAboutSettingBeyondStandard},
-        {"editing a pedal", &Tour::editPedal},
+        {"editing a pedal in the Standard dialog", &Tour::editPedal},
+        {"editing a pedal in the Advanced dialog", &Tour::editPedalInAdvancedDialog},
         {"the pages of the Advanced dialog", &Tour::showAdvancedPages},
         {"the menu and its notices", &Tour::showNotices},
         {"restoring the factory settings", &Tour::restore},
     }};
     m_pictures.mkpath(QStringLiteral("."));
     for (const Step &step : Steps) {
-        if (!(this->*step.run)()) {
-            QTextStream(stderr) << "The round stopped at: " << step.purpose << '\n';
+        if (!(this->*step.run)() || !m_arePicturesSaved) {
+            QTextStream(stderr) << "The tour failed at: " << step.purpose << '\n';
             return 1;
         }
     }
@@ -111,7 +117,8 @@ int Tour::run()
 
 bool Tour::showUnit()
 {
-    if (!waitForPedals(MaxPedals)) {
+    const UnitMemory before = m_unit.memory();
+    if (!waitForMemory(before)) {
         return false;
     }
     printPedals();
@@ -120,28 +127,59 @@ bool Tour::showUnit()
 
 bool Tour::drivePanel()
 {
-    for (const auto &[name, value] : {std::pair{"versionMinor", 9},
+    UnitMemory expected = m_unit.memory();
+    expected.version = {2, 9, 7};
+    for (const auto &[name, value] : {std::pair{"versionMajor", 2},
+                                      {"versionMinor", 9},
                                       {"versionRevision", 7},
                                       {"replyDelay", 1},
                                       {"lateness", 70},
                                       {"faultExchange", 1}}) {
         control<QSpinBox>(m_panel, QLatin1String(name)).setValue(value);
     }
-    auto &fault = control<QComboBox>(m_panel, QStringLiteral("fault"));
-    QTest::keyClick(&fault, Qt::Key_Home);
-    QTest::keyClick(&fault, Qt::Key_Down); // "Refuse the send"
+    choose(control<QComboBox>(m_panel, QStringLiteral("fault")), 1); // "Refuse the send"
     expectBox(QStringLiteral("notice-sending-error"), Qt::Key_Return);
     control<QPushButton>(m_panel, QStringLiteral("replug")).click();
-    if (!areBoxesAnswered() || !waitForPedals(MaxPedals)) {
+    if (!waitForBoxes() || !waitForMemory(expected)) {
         return false;
     }
     picture(m_panel, QStringLiteral("panel"));
-    const auto &exchanges = *control<QTreeView>(m_panel, QStringLiteral("exchanges")).model();
-    const bool areListed = exchanges.rowCount() > MaxPedals;
-    control<QPushButton>(m_panel, QStringLiteral("clear")).click();
-    return areListed && exchanges.rowCount() == 0 &&
-           m_unit.memory().version == std::array<std::uint8_t, 3>{2, 9, 7} &&
-           m_unit.replyDelay().count() == 1 && m_unit.lateness().count() == 70;
+    return m_unit.replyDelay().count() == 1 && m_unit.lateness().count() == 70;
+}
+
+bool Tour::listExchanges()
+{
+    auto &clear = control<QPushButton>(m_panel, QStringLiteral("clear"));
+    const auto &rows = *control<QTreeView>(m_panel, QStringLiteral("exchanges")).model();
+    clear.click();
+    std::vector<Exchange> exchanges;
+    QObject receiver;
+    QObject::connect(&m_unit, &SimulatedUnit::exchanged, &receiver, [&](const Exchange &exchange) {
+        if (exchange.outcome == Exchange::Outcome::Answered) {
+            exchanges.push_back(exchange);
+        }
+    });
+    // The second request comes before the reply to the first one. The link has asked for neither
+    // reply, so the window reads the unit again.
+    m_unit.receive({GET_VERSION_NUMBER});
+    m_unit.receive({GET_NUMBER_OF_PEDALS});
+    if (!QTest::qWaitFor([&] { return exchanges.size() > 2 + MaxPedals; }, Patience) ||
+        !waitForWindow()) {
+        return false;
+    }
+    const auto shows = [&rows](int row, int column, const QString &text) {
+        return rows.index(row, column).data() == text;
+    };
+    int row = 0;
+    for (const Exchange &exchange : exchanges) {
+        if (!shows(row, 1, commandText(exchange)) || !shows(row, 2, hexText(exchange.request)) ||
+            !shows(row, 3, hexText(exchange.reply))) {
+            return false;
+        }
+        ++row;
+    }
+    clear.click();
+    return rows.rowCount() == 0;
 }
 
 bool Tour::showEveryNumberOfPedals()
@@ -152,14 +190,14 @@ bool Tour::showEveryNumberOfPedals()
         if (plug.isChecked()) {
             plug.click();
         }
-        if (!waitForPedals(0) || replug.isEnabled()) {
+        if (!waitForWindow() || replug.isEnabled()) {
             return false;
         }
         if (pedals > 0) {
             control<QSpinBox>(m_panel, QStringLiteral("numberOfPedals")).setValue(pedals);
             plug.click();
         }
-        if (!waitForPedals(pedals)) {
+        if (!waitForWindow() || editablePedals(m_window) != pedals) {
             return false;
         }
         picture(m_window, QStringLiteral("main-%1-pedals").arg(pedals));
@@ -169,15 +207,19 @@ bool Tour::showEveryNumberOfPedals()
 
 bool Tour::askAboutSettingBeyondStandard()
 {
+    const UnitMemory before = m_unit.memory();
     expectBox(QStringLiteral("question-beyond-standard"), Qt::Key_Return);
     click(pedalControl<QPushButton>(m_window, "buttonSetPedal%dStandard", PedalBeyondStandard));
-    return areBoxesAnswered() && !StandardSettingDialogOpen;
+    return waitForBoxes() && !StandardSettingDialogOpen && waitForMemory(before);
 }
 
 bool Tour::editPedal()
 {
+    // The pedal's key has the modifier Control already.
+    UnitMemory expected = m_unit.memory();
+    expected.pedals[EditedPedal].record = {LeftControl | LeftShift, 0x1B};
     click(pedalControl<QPushButton>(m_window, "buttonSetPedal%dStandard", EditedPedal));
-    auto *const dialog = shownDialog<SettingDialogViewController>(m_window);
+    auto *const dialog = visibleDialog<SettingDialogViewController>(m_window);
     if (dialog == nullptr) {
         return false;
     }
@@ -188,26 +230,32 @@ bool Tour::editPedal()
     click(control<QRadioButton>(*dialog, QStringLiteral("radiobuttonWithModifiers")));
     auto &keys = control<QComboBox>(*dialog, QStringLiteral("listboxKeys"));
     QTest::keyClick(&keys, Qt::Key_X);
+    QTest::qWait(PressesTakenAfter); // the dialog has just opened
     QTest::keyClick(&control<QCheckBox>(*dialog, QStringLiteral("checkboxShift")), Qt::Key_Space);
     picture(*dialog, QStringLiteral("standard-keyboard"));
     expectBox(QStringLiteral("notice-written"), Qt::Key_Return);
     click(control<QPushButton>(*dialog, QStringLiteral("buttonProgramKavelo")));
-    const bool isWritten = areBoxesAnswered() && !StandardSettingDialogOpen;
+    if (!waitForBoxes() || StandardSettingDialogOpen || !waitForMemory(expected)) {
+        return false;
+    }
     printPedals();
-    return isWritten;
+    return true;
 }
 
 AdvancedSettingDialogViewController *Tour::openAdvancedDialog(int pedal)
 {
     control<QSpinBox>(m_panel, QStringLiteral("advancedPedal")).setValue(pedal);
     control<QPushButton>(m_panel, QStringLiteral("openAdvanced")).click();
-    return SelectedPedalNo == pedal ? shownDialog<AdvancedSettingDialogViewController>(m_window)
+    return SelectedPedalNo == pedal ? visibleDialog<AdvancedSettingDialogViewController>(m_window)
                                     : nullptr;
 }
 
-bool Tour::showAdvancedPages()
+bool Tour::editPedalInAdvancedDialog()
 {
-    AdvancedSettingDialogViewController *dialog = openAdvancedDialog(ClickedPedal);
+    UnitMemory expected = m_unit.memory();
+    expected.pedals[ClickedPedal].mode = SIMPLE_CLICK;
+    expected.pedals[ClickedPedal].record[0] = 6; // right and middle button
+    AdvancedSettingDialogViewController *const dialog = openAdvancedDialog(ClickedPedal);
     if (dialog == nullptr) {
         return false;
     }
@@ -217,10 +265,12 @@ bool Tour::showAdvancedPages()
     }
     expectBox(QStringLiteral("notice-written-advanced"), Qt::Key_Return);
     click(control<QPushButton>(*dialog, QStringLiteral("buttonOK")));
-    if (!areBoxesAnswered()) {
-        return false;
-    }
+    return waitForBoxes() && waitForMemory(expected);
+}
 
+bool Tour::showAdvancedPages()
+{
+    const UnitMemory before = m_unit.memory();
     struct Page
     {
         int pedal;
@@ -231,7 +281,7 @@ bool Tour::showAdvancedPages()
                                          {PointerPedal, "pointer-movement"},
                                          {PedalBeyondStandard, "multiple-key-output"}}};
     for (std::size_t index = 0; index < Pages.size(); ++index) {
-        dialog = openAdvancedDialog(Pages.at(index).pedal);
+        auto *const dialog = openAdvancedDialog(Pages.at(index).pedal);
         if (dialog == nullptr) {
             return false;
         }
@@ -247,7 +297,7 @@ bool Tour::showAdvancedPages()
         QTest::qWait(PressesTakenAfter);
         QTest::keyClick(dialog, Qt::Key_Escape);
     }
-    return true;
+    return waitForMemory(before);
 }
 
 bool Tour::showNotices()
@@ -257,45 +307,44 @@ bool Tour::showNotices()
     menu().close();
     expectBox(QStringLiteral("notice-quick-start"), Qt::Key_Return);
     chooseFromMenu(1);
-    if (!areBoxesAnswered()) {
+    if (!waitForBoxes()) {
         return false;
     }
     expectBox(QStringLiteral("notice-version"), Qt::Key_Return);
     chooseFromMenu(2);
-    return areBoxesAnswered();
+    return waitForBoxes();
 }
 
 bool Tour::restore()
 {
-    expectBox(QStringLiteral("question-restore"), Qt::Key_Escape);
+    const UnitMemory expected = restored(m_unit.memory());
+    expectBox(QStringLiteral("question-restore"), Qt::Key_Escape); // Escape accepts this question
     expectBox(QStringLiteral("notice-restored"), Qt::Key_Return);
     chooseFromMenu(0);
-    if (!areBoxesAnswered()) {
+    if (!waitForBoxes() || !waitForMemory(expected)) {
         return false;
     }
     printPedals();
     picture(m_window, QStringLiteral("main-restored"));
-    // The utility leaves the bytes alone that a mode does not use.
+    // Unlike a restore, the panel's button also resets the bytes that a mode does not use.
     control<QPushButton>(m_panel, QStringLiteral("factorySettings")).click();
     return m_unit.memory().pedals == UnitMemory().pedals;
 }
 
-bool Tour::waitForPedals(int pedals)
+bool Tour::waitForWindow()
 {
-    const auto lit = [this] {
-        int count = 0;
-        for (int pedal = 0; pedal < MaxPedals; ++pedal) {
-            count +=
-                pedalControl<QPushButton>(m_window, "buttonSetPedal%dStandard", pedal).isEnabled()
-                    ? 1
-                    : 0;
-        }
-        return count;
+    const auto isShown = [this] {
+        return m_unit.isPowered() ? showsRecords(m_window, m_unit) : editablePedals(m_window) == 0;
     };
-    return QTest::qWaitFor([&] { return !DeviceDetectedChanged && lit() == pedals; }, Patience);
+    return QTest::qWaitFor([&] { return !DeviceDetectedChanged && isShown(); }, Patience);
 }
 
-bool Tour::areBoxesAnswered()
+bool Tour::waitForMemory(const UnitMemory &expected)
+{
+    return waitForWindow() && m_unit.memory() == expected;
+}
+
+bool Tour::waitForBoxes()
 {
     return QTest::qWaitFor(
         [this] { return m_boxes.isDone() && QApplication::activeModalWidget() == nullptr; },
@@ -318,10 +367,11 @@ void Tour::printPedals()
 
 void Tour::picture(QWidget &widget, const QString &name)
 {
-    QTest::qWait(50); // what is due to be painted or moved is so by then
+    QTest::qWait(50); // until the widget has been laid out and painted
     const QString path = m_pictures.filePath(name + QStringLiteral(".png"));
     if (!widget.grab().save(path)) {
         QTextStream(stderr) << "Could not save " << path << '\n';
+        m_arePicturesSaved = false;
     }
 }
 
@@ -341,7 +391,7 @@ QMenu &Tour::menu()
 
 void Tour::chooseFromMenu(int item)
 {
-    QTest::qWait(PressesTakenAfter); // a window may only just have gone
+    QTest::qWait(PressesTakenAfter); // a window may just have closed
     menu().popup(m_window.mapToGlobal(QPoint(0, m_window.menuBar()->height())));
     for (int i = 0; i <= item; ++i) {
         QTest::keyClick(&menu(), Qt::Key_Down);

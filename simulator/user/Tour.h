@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BoxWatcher.h"
+#include "SimulatedUnit.h"
 
 #include <QDir>
 
@@ -11,40 +12,46 @@ namespace kavelo {
 
 class AdvancedSettingDialogViewController;
 class MainWindowViewController;
-class SimulatedUnit;
 
-/// A round through all windows on a simulated five-pedal unit, for machines without a display:
-/// shows, edits and restores it with clicks and keys, prints what the windows say, and saves a
-/// picture of every window. It stops where a window does not do what it was asked to.
+/// A tour through all windows with a simulated five-pedal unit, for machines without a display. It
+/// shows, edits and restores the unit with clicks and keys, and compares the unit's memory and the
+/// texts in the main window with what they must be. It prints the texts and saves a picture of
+/// every window. It stops at the first difference.
 class Tour
 {
 public:
     Tour(MainWindowViewController &window, QWidget &panel, SimulatedUnit &unit,
          const QString &pictureFolder);
 
-    /// Makes the round; needs a running event loop. Returns the exit status: 0, or 1 with a line
-    /// on standard error that says where a window did not do what it should.
+    /// Makes the tour; needs a running event loop. Returns the exit status: 0, or 1 with a line on
+    /// standard error that names the failed step.
     [[nodiscard]] int run();
 
 private:
+    // The steps. Each returns whether unit and windows are as they must be.
     [[nodiscard]] bool showUnit();
-    /// Changes the unit and makes it fail, in the panel beside the window.
+    /// Changes the unit and makes it fail, by means of the simulator panel.
     [[nodiscard]] bool drivePanel();
+    [[nodiscard]] bool listExchanges();
     [[nodiscard]] bool showEveryNumberOfPedals();
     [[nodiscard]] bool askAboutSettingBeyondStandard();
     [[nodiscard]] bool editPedal();
+    [[nodiscard]] bool editPedalInAdvancedDialog();
     [[nodiscard]] bool showAdvancedPages();
     [[nodiscard]] bool showNotices();
     [[nodiscard]] bool restore();
 
-    [[nodiscard]] bool waitForPedals(int pedals);
-    /// Waits until every expected box has come and gone; false when one does not.
-    [[nodiscard]] bool areBoxesAnswered();
+    /// Waits until the window shows the unit's records, or no records when the unit is unplugged.
+    [[nodiscard]] bool waitForWindow();
+    /// Waits until the unit holds `expected` and the window shows it.
+    [[nodiscard]] bool waitForMemory(const UnitMemory &expected);
+    /// Waits until every expected box has been answered and closed; false when one was not.
+    [[nodiscard]] bool waitForBoxes();
     /// Opens the Advanced dialog from the panel; null when it does not come.
     [[nodiscard]] AdvancedSettingDialogViewController *openAdvancedDialog(int pedal);
     void printPedals();
     void picture(QWidget &widget, const QString &name);
-    /// The next message box is photographed and answered with `key`.
+    /// Takes a picture of the next message box and answers it with `key`.
     void expectBox(const QString &pictureName, Qt::Key key);
     /// Opens the application menu and chooses its item number `item`, from 0, with the keyboard.
     void chooseFromMenu(int item);
@@ -54,6 +61,7 @@ private:
     QWidget &m_panel; ///< the simulator panel
     SimulatedUnit &m_unit;
     QDir m_pictures;
+    bool m_arePicturesSaved = true;
     BoxWatcher m_boxes;
 };
 

@@ -1,5 +1,5 @@
 #include "PedalDescription.h"
-
+#include "HeavyRecords.h"
 #include "PedalSetting.h"
 
 #include <QLocale>
@@ -13,7 +13,7 @@ struct Row
 {
     std::uint8_t mode;
     CommonRecord common;
-    const char *text; ///< behind "[Set function] "; "\n" stands for the line break "\r\n"
+    const char *text; ///< what follows "[Set function] ", with "\n" for the line break "\r\n"
     AdditionalBlock additional = {};
 };
 
@@ -41,7 +41,7 @@ constexpr auto Rows = std::to_array<Row>({
         "[Second click length] Same as the first click\n[Length between clicks] 0 ms"},
     {2, {3, 1, 1, 2}, "Double click\n[Button] Unexpected double click\n[First click length] 1 ms\n"
         "[Second click length] Until you release the pedal\n[Length between clicks] 2 ms"},
-    // Of these three each modifier is in others than all the rest.
+    // Each modifier is in a different set of the next rows, so two exchanged modifiers are noticed.
     {3, {0x55, 2}, "Modifier plus click\n"
         "[Modifier] (Left)control+(Left)option+Right control+Right option\n"
         "[Click] Right button click"},
@@ -118,10 +118,10 @@ constexpr auto Rows = std::to_array<Row>({
 });
 // clang-format on
 
-/// Each row on another pedal than the selected one, all others having other settings.
+/// Each row is set on a pedal that is not selected. All other pedals have other settings.
 TEST(PedalDescription, DescribesEverySetting)
 {
-    QLocale::setDefault(QLocale::German); // whose decimals have a comma
+    QLocale::setDefault(QLocale::German); // German has a decimal comma
     for (std::size_t i = 0; i < Rows.size(); ++i) {
         const auto &[mode, common, text, additional] = Rows.at(i);
         const std::size_t pedal = i % MaxPedals;

@@ -1,7 +1,7 @@
-// Made-up time, for a program whose waits are to cost none and whose tests are to decide nothing by
-// the machine's speed: the monotonic clock, which Qt's timers go by, stands still while the program
-// works, and where the program would sleep it jumps to the end of the sleep. The functions below
-// take the C library's place for all libraries of the process.
+// Simulated time for tests: waits take no real time, and results don't depend on the machine's
+// speed. The monotonic clock, which Qt's timers use, stands still while the program works. When the
+// program would sleep, the clock jumps to the end of the sleep. The functions below replace those
+// of the C library for all libraries of the process.
 
 #include <poll.h>
 #include <sys/syscall.h>
@@ -18,7 +18,8 @@ using namespace std::chrono;
 
 namespace {
 
-/// What one look at the clock takes. A loop that waits for the time to pass without sleeping ends.
+/// Every reading of the clock moves it forward by this much. So a loop that waits for a point in
+/// time without sleeping ends.
 constexpr nanoseconds LookTime{1000};
 
 nanoseconds now{seconds(1)};
@@ -28,7 +29,8 @@ nanoseconds durationOf(const timespec &time)
     return seconds(time.tv_sec) + nanoseconds(time.tv_nsec);
 }
 
-/// Qt's own event loop sleeps by ppoll(). The one of glib, which Qt would take, does not.
+/// Makes Qt use its own event loop, which sleeps in ppoll(). The event loop of glib, which Qt
+/// prefers, does not.
 [[maybe_unused]] const int sleepsByPpoll = setenv("QT_NO_GLIB", "1", 1);
 
 } // namespace

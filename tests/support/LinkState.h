@@ -6,8 +6,8 @@
 
 namespace kavelo {
 
-/// Puts the module-wide state of the settings and of the link into that of a fresh process, for
-/// whoever runs one link after another.
+/// Gives the module-wide variables of the settings and of the link the values that they have at the
+/// start of a process. For programs that use one link after another.
 inline void resetLinkState()
 {
     OutputMode = {};

@@ -9,7 +9,7 @@
 
 namespace kavelo {
 
-/// Puts all module-wide state into that of a fresh process, on whichever bus the units are.
+/// Gives all module-wide variables the values that they have at the start of a process.
 inline void resetProgramState()
 {
     resetLinkState();

@@ -8,6 +8,7 @@
 #include "PedalSettingDialog.h"
 #include "Protocol.h"
 #include "ScreenText.h"
+#include "UnitRun.h"
 #include "ui_MainWindowViewController.h"
 
 #include <QPointer>
@@ -33,81 +34,6 @@ const auto RestoreQuestion =
 constexpr int MaxLooks = 3;
 
 } // namespace
-
-/// One read, write or restore. It belongs to the unit that was held when it began. Its waits run
-/// the event loop, so that unit may go and another one may be read inside them.
-class MainWindowViewController::Run
-{
-public:
-    Run(MainWindowViewController &window, bool MessageOn)
-        : m_window(window)
-        , m_unit(window.m_unit)
-        , m_messageOn(MessageOn)
-    {
-    }
-
-    /// Whether the unit has gone. This run must then neither read nor write any further.
-    [[nodiscard]] bool mustStop() const { return m_window.plugNPlay.myDevice() != m_unit; }
-    /// Whether the window has turned to another unit, or to none. This run must then leave the
-    /// window and the setting arrays alone.
-    [[nodiscard]] bool isOvertaken() const { return m_window.m_unit != m_unit; }
-
-    [[nodiscard]] bool MessageOn() const { return m_messageOn; }
-    /// Whether something went wrong in this run, so that the unit must be looked at.
-    [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
-    void noteFailure() { m_hasFailed = true; }
-
-    /// Exchanges one command. Returns true on failure, as HID_PnP::Communicate() does.
-    bool exchange(std::uint8_t command)
-    {
-        const bool hasFailed = m_window.plugNPlay.Communicate(command, m_messageOn);
-        m_hasFailed = m_hasFailed || hasFailed;
-        return hasFailed;
-    }
-
-    /// Asks for a value that must be below `limit` (reply byte 2). An answer that is not may be the
-    /// reply to another request, so it is believed only when it comes twice in a row. Returns false
-    /// when there is no answer to believe.
-    bool ask(std::uint8_t command, int limit)
-    {
-        if (exchange(command) || mustStop()) {
-            return false;
-        }
-        const std::uint8_t first = InputPacketBuffer[2];
-        if (first < limit) {
-            return true;
-        }
-        if (exchange(command) || mustStop()) {
-            return false;
-        }
-        const std::uint8_t second = InputPacketBuffer[2];
-        if (second >= limit && second != first) {
-            noteFailure();
-            return false;
-        }
-        return true;
-    }
-
-    void setActivity(Activity activity)
-    {
-        if (!isOvertaken()) {
-            m_window.setActivity(activity);
-        }
-    }
-
-    /// Shows a message box about this run and waits until it is closed.
-    void tell(const QString &message)
-    {
-        setActivity(Activity::AwaitingUser);
-        alertBox(message);
-    }
-
-private:
-    MainWindowViewController &m_window;
-    const hid::DeviceRef m_unit;
-    const bool m_messageOn;
-    bool m_hasFailed = false;
-};
 
 // The main loop
 
@@ -188,19 +114,34 @@ void MainWindowViewController::takeUnit()
     AdditionalData = {};
 }
 
+/// Says what the window is doing, unless it has turned to another unit than the run's.
+void MainWindowViewController::enter(const UnitRun &run, Activity activity)
+{
+    if (!run.isOvertaken()) {
+        setActivity(activity);
+    }
+}
+
+/// Shows a message box about a write or a restore and waits until it is closed.
+void MainWindowViewController::tell(const UnitRun &run, const QString &message)
+{
+    enter(run, Activity::AwaitingUser);
+    alertBox(message);
+}
+
 // Reading
 
 /// A read that is a task of its own, not a part of a restore.
 void MainWindowViewController::readAlone(bool MessageOn)
 {
-    Run run(*this, MessageOn);
-    run.setActivity(Activity::Reading);
+    UnitRun run(plugNPlay, m_unit, MessageOn);
+    enter(run, Activity::Reading);
     readUnit(run);
-    run.setActivity(Activity::Idle);
+    enter(run, Activity::Idle);
 }
 
 /// Reads the whole unit.
-void MainWindowViewController::readUnit(Run &run)
+void MainWindowViewController::readUnit(UnitRun &run)
 {
     m_knowledge = Knowledge::Nothing;
     m_isLookDue = false;
@@ -225,7 +166,7 @@ void MainWindowViewController::readUnit(Run &run)
 }
 
 /// Returns false when the read must not go on.
-bool MainWindowViewController::readVersion(Run &run)
+bool MainWindowViewController::readVersion(UnitRun &run)
 {
     if (!run.ask(GET_VERSION_NUMBER, FirstUnsupportedMajor)) {
         return false;
@@ -244,7 +185,7 @@ bool MainWindowViewController::readVersion(Run &run)
 }
 
 /// Returns false when the read must not go on.
-bool MainWindowViewController::readNumberOfPedals(Run &run)
+bool MainWindowViewController::readNumberOfPedals(UnitRun &run)
 {
     NumberOfPedals = 0;
     if (!run.ask(GET_NUMBER_OF_PEDALS, MaxPedals + 1)) {
@@ -262,7 +203,7 @@ bool MainWindowViewController::readNumberOfPedals(Run &run)
 }
 
 /// Returns false when the read must not go on.
-bool MainWindowViewController::readPedals(Run &run)
+bool MainWindowViewController::readPedals(UnitRun &run)
 {
     applyLayout(pedalLayout(NumberOfPedals));
     for (int pedal = 0; pedal < NumberOfPedals; ++pedal) {
@@ -274,7 +215,7 @@ bool MainWindowViewController::readPedals(Run &run)
 }
 
 /// Returns false when the read must not go on.
-bool MainWindowViewController::readPedal(int pedal, Run &run)
+bool MainWindowViewController::readPedal(int pedal, UnitRun &run)
 {
     const auto row = static_cast<std::size_t>(pedal);
     SelectedPedalNo = pedal;
@@ -304,36 +245,6 @@ bool MainWindowViewController::readPedal(int pedal, Run &run)
 
 // Writing
 
-void MainWindowViewController::requestWrite(PedalSettingDialog &dialog)
-{
-    if (isBusy()) {
-        return;
-    }
-    m_writer = &dialog;
-    enableCommands();
-    if (nextTask() == Task::Write) {
-        carryOutWrite();
-    }
-}
-
-void MainWindowViewController::carryOutWrite()
-{
-    const QPointer<PedalSettingDialog> dialog = std::exchange(m_writer, nullptr);
-    if (!dialog || dialog->isDismissed()) {
-        return;
-    }
-    if (isUnitKnown() && dialog->isUnitHeld() && dialog->pedal() < NumberOfPedals) {
-        dialog->send();
-        return;
-    }
-    Run run(*this, MESSAGE_ON);
-    run.tell(QStringLiteral("sending error"));
-    run.setActivity(Activity::Idle);
-    if (dialog && !dialog->isUnitHeld()) {
-        dialog->dismiss();
-    }
-}
-
 void MainWindowViewController::SettingDialog_OK()
 {
     if (!SettingEnabled || !isUnitKnown()) {
@@ -341,19 +252,19 @@ void MainWindowViewController::SettingDialog_OK()
     }
     const QString pedalName = PedalName; // PedalName may change during the waits
     WritePedalContents();
-    Run run(*this, MESSAGE_ON);
-    run.setActivity(Activity::Sending);
+    UnitRun run(plugNPlay, m_unit, MESSAGE_ON);
+    enter(run, Activity::Sending);
     fillSetOutputModeAndData(SelectedPedalNo);
     if (finish(run, !run.exchange(SET_OUTPUT_MODE_AND_DATA))) {
-        run.tell(
-            QStringLiteral("The settings of the %1 have finished successfully.").arg(pedalName));
+        tell(run,
+             QStringLiteral("The settings of the %1 have finished successfully.").arg(pedalName));
     }
-    run.setActivity(Activity::Idle);
+    enter(run, Activity::Idle);
 }
 
 /// The end of a write and of a restore: the timing parameters go out, unless `goesOn` is false or
 /// the unit has gone. Returns whether the unit has accepted them.
-bool MainWindowViewController::finish(Run &run, bool goesOn)
+bool MainWindowViewController::finish(UnitRun &run, bool goesOn)
 {
     bool isFinished = false;
     if (goesOn && !run.mustStop()) {
@@ -375,21 +286,21 @@ bool MainWindowViewController::finish(Run &run, bool goesOn)
 void MainWindowViewController::restoreInitialSettings()
 {
     InitialState = false;
-    Run run(*this, MESSAGE_ON);
-    run.setActivity(Activity::AwaitingUser);
+    UnitRun run(plugNPlay, m_unit, MESSAGE_ON);
+    enter(run, Activity::AwaitingUser);
     if (isRestoreWanted()) {
         logLine(QStringLiteral("The selected Kavelo is returning to the initial state in time of "
                                "factory shipment."));
         const bool isRestored = sendFactorySettings(run);
         if (!m_closing) {
-            run.tell(isRestored ? QStringLiteral("The settings for this Kavelo have been restored "
-                                                 "to the initial settings.")
-                                : QStringLiteral("An error has occurred.\r\nThe settings for this "
-                                                 "Kavelo could not be restored to the initial "
-                                                 "settings."));
+            tell(run, isRestored ? QStringLiteral("The settings for this Kavelo have been restored "
+                                                  "to the initial settings.")
+                                 : QStringLiteral("An error has occurred.\r\nThe settings for this "
+                                                  "Kavelo could not be restored to the initial "
+                                                  "settings."));
         }
     }
-    run.setActivity(Activity::Idle);
+    enter(run, Activity::Idle);
 }
 
 bool MainWindowViewController::isRestoreWanted()
@@ -404,14 +315,14 @@ bool MainWindowViewController::isRestoreWanted()
 /// Returns whether the unit has accepted the timing parameters, the last request of a restore.
 /// Nothing is sent when the number of pedals or a record could not be read, because the restore
 /// sends the unused bytes of a record back as they were read.
-bool MainWindowViewController::sendFactorySettings(Run &run)
+bool MainWindowViewController::sendFactorySettings(UnitRun &run)
 {
-    run.setActivity(Activity::Sending);
+    enter(run, Activity::Sending);
     m_looks = 0;
     for (bool mustLook = m_knowledge != Knowledge::Complete || isLookDue();
          mustLook && !run.mustStop(); mustLook = isLookDue()) {
         ++m_looks;
-        Run look(*this, MESSAGE_OFF);
+        UnitRun look(plugNPlay, m_unit, MESSAGE_OFF);
         readUnit(look);
     }
     if (run.mustStop() || m_knowledge != Knowledge::Complete) {

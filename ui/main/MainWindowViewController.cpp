@@ -8,6 +8,7 @@
 #include "Protocol.h"
 #include "ScreenText.h"
 #include "SettingDialogViewController.h"
+#include "UnitRun.h"
 #include "ui_MainWindowViewController.h"
 
 #include <QApplication>
@@ -292,6 +293,36 @@ void MainWindowViewController::SetPedal2Advanced_clicked()
         return;
     }
     (new AdvancedSettingDialogViewController(*this, *this))->present();
+}
+
+void MainWindowViewController::requestWrite(PedalSettingDialog &dialog)
+{
+    if (isBusy()) {
+        return;
+    }
+    m_writer = &dialog;
+    enableCommands();
+    if (nextTask() == Task::Write) {
+        carryOutWrite();
+    }
+}
+
+void MainWindowViewController::carryOutWrite()
+{
+    const QPointer<PedalSettingDialog> dialog = std::exchange(m_writer, nullptr);
+    if (!dialog || dialog->isDismissed()) {
+        return;
+    }
+    if (isUnitKnown() && dialog->isUnitHeld() && dialog->pedal() < NumberOfPedals) {
+        dialog->send();
+        return;
+    }
+    UnitRun run(plugNPlay, m_unit, MESSAGE_ON);
+    tell(run, QStringLiteral("sending error"));
+    enter(run, Activity::Idle);
+    if (dialog && !dialog->isUnitHeld()) {
+        dialog->dismiss();
+    }
 }
 
 } // namespace kavelo

@@ -20,6 +20,7 @@ class MainWindowViewController;
 }
 
 struct MainWindowLayout;
+class UnitRun;
 
 /// A restore of the factory settings has been requested. Set by the menu, cleared by the main
 /// window before it asks the user to confirm.
@@ -80,7 +81,6 @@ private:
     /// What a tick has to do. ReadAnew reads the unit after a change and shows failures; LookAgain
     /// reads it silently.
     enum class Task { Nothing, ReadAnew, LookAgain, Write, Restore };
-    class Run;
 
     void viewDidLoad();
     void viewDidAppear();
@@ -104,21 +104,23 @@ private:
     [[nodiscard]] bool isLookDue() const;
     [[nodiscard]] bool isUnitKnown() const;
     void takeUnit();
+    void enter(const UnitRun &run, Activity activity);
+    void tell(const UnitRun &run, const QString &message);
 
     void readAlone(bool MessageOn);
-    void readUnit(Run &run);
-    [[nodiscard]] bool readVersion(Run &run);
-    [[nodiscard]] bool readNumberOfPedals(Run &run);
-    [[nodiscard]] bool readPedals(Run &run);
-    [[nodiscard]] bool readPedal(int pedal, Run &run);
+    void readUnit(UnitRun &run);
+    [[nodiscard]] bool readVersion(UnitRun &run);
+    [[nodiscard]] bool readNumberOfPedals(UnitRun &run);
+    [[nodiscard]] bool readPedals(UnitRun &run);
+    [[nodiscard]] bool readPedal(int pedal, UnitRun &run);
 
     [[nodiscard]] HID_PnP &link() override { return plugNPlay; }
     void requestWrite(PedalSettingDialog &dialog) override;
     void carryOutWrite();
     void restoreInitialSettings();
     [[nodiscard]] bool isRestoreWanted();
-    [[nodiscard]] bool sendFactorySettings(Run &run);
-    [[nodiscard]] bool finish(Run &run, bool goesOn);
+    [[nodiscard]] bool sendFactorySettings(UnitRun &run);
+    [[nodiscard]] bool finish(UnitRun &run, bool goesOn);
 
     [[nodiscard]] PedalSettingDialog *openDialog() const;
     [[nodiscard]] bool canOpenDialog(int pedal) const;

@@ -13,7 +13,7 @@
 
 namespace kavelo::test {
 
-/// A device in the machine's own kernel, which must let the user have its node.
+/// A device in this computer's own kernel. The user must have the right to open its node.
 class KernelDevice : public PluggedDevice
 {
 public:
@@ -31,7 +31,9 @@ public:
         });
         powerOn();
         const QList<QByteArray> id = QByteArray(kind.hidId).split(':');
-        monitor(); // listens before there is something to hear
+        // Events of a device that another process has plugged in may be left.
+        while (hid::UdevDevice(udev_monitor_receive_device(monitor()))) {
+        }
         EXPECT_EQ(m_device.plugIn({.name = "Kavelo of the tests",
                                    .uniqueId = {},
                                    .vendorId = id[1].toUInt(nullptr, 16),
@@ -61,7 +63,8 @@ public:
     [[nodiscard]] std::string node() const override { return m_node; }
 
 private:
-    /// Older than any other one in the process, and so the last to get an event.
+    /// The first monitor of the process. The kernel delivers an event to the monitors from the
+    /// newest to the oldest. So when this one has an event, the program's own has it, too.
     static udev_monitor *monitor()
     {
         static const hid::Udev udev(udev_new());
@@ -72,7 +75,7 @@ private:
         EXPECT_TRUE(listens);
         return monitor.get();
     }
-    /// Ends the process when udev says nothing.
+    /// Waits for udev's next event of this kind. Without one, ends the process after a minute.
     static hid::UdevDevice awaitEvent(std::string_view action)
     {
         for (;;) {

@@ -27,9 +27,9 @@ struct DeviceKind
     const char *subsystem = "hidraw";  ///< only a mocked device can be in another one
 };
 
-/// A HID device that is plugged in for as long as this lives, as the program sees it: in sysfs,
-/// by udev's events, and by a hidraw node that takes and gives reports. When one is made or goes,
-/// udev has said so, and the event loop has not run.
+/// A HID device that is plugged in as long as this object lives. The program sees it in sysfs, in
+/// udev's events, and as a hidraw node that carries reports. When the constructor or the destructor
+/// returns, udev has sent its event, and the event loop has not run.
 class PluggedDevice
 {
     Q_DISABLE_COPY_MOVE(PluggedDevice)
@@ -39,15 +39,17 @@ public:
 
     /// Takes the device away at once: the node is dead, but the program does not know it yet.
     virtual void cut() = 0;
-    /// Lets udev say something about a mocked device. About a real one it says what is the case.
+    /// Sends an event of udev about a mocked device. Does nothing for a real device, because udev
+    /// itself sends its events.
     virtual void sendEvent(const char * /*action*/) {}
     /// Lets the device send one input report.
     virtual void queueReport(std::span<const std::uint8_t> report) = 0;
-    /// The node's name, and where the node is.
+    /// The node's name for the program, and the file that is behind it.
     [[nodiscard]] virtual std::string node() const = 0;
     [[nodiscard]] virtual std::string path() const { return node(); }
 
-    /// The reports that the event loop has brought from the node, each with its report ID.
+    /// The reports that the program has sent and the event loop has delivered, each with its
+    /// report ID.
     std::vector<Bytes> writes;
 
 protected:
@@ -86,8 +88,8 @@ private:
     QObject m_connection;
 };
 
-/// Whether devices are plugged into the machine's own kernel and found by its own udev. Otherwise,
-/// where that is not to be had, they are mocked.
+/// Whether devices are plugged into this computer's own kernel and found by its own udev. Where
+/// that is not possible, they are mocked.
 [[nodiscard]] bool areDevicesReal();
 
 [[nodiscard]] std::unique_ptr<PluggedDevice> plugIn(const DeviceKind &kind = {});

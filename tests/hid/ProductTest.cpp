@@ -33,7 +33,7 @@ protected:
     {
         return waitUntil([&] { return text->toPlainText() == QLatin1String(expected); });
     }
-    /// Whether the unit has been read so many times, each of which takes three requests.
+    /// Whether the unit has been read so many times. A read takes three requests.
     bool wasRead(std::size_t times)
     {
         return waitUntil([&] { return device->writes.size() == times * 3; });
@@ -101,7 +101,7 @@ TEST_F(Product, ReadsAUnitThatHasGoneInAnyExchangeOnceItIsBack)
         const auto [task, exchange] = cases.at(std::size_t(i / 2));
         const bool isShort = i % 2 == 1;
         if (!isShort && exchange > 1) {
-            continue; // an exchange without its unit takes its 3 s, and they are all alike
+            continue; // waits for the timeout of 3 s, as with the first exchange
         }
         SCOPED_TRACE(testing::Message() << task << exchange << isShort);
         unit.setFault({});
@@ -160,7 +160,7 @@ class LongRun : public Product, public testing::WithParamInterface<int>
 {
 };
 
-TEST_P(LongRun, PlugInsOnHidrawLeaveNothingBehind)
+TEST_P(LongRun, PlugInsLeaveNothingBehind)
 {
     openWindow();
     expectSteadyFootprint(*window, GetParam(), [this](int) {
@@ -174,7 +174,7 @@ TEST_P(LongRun, PlugInsOnHidrawLeaveNothingBehind)
 }
 
 INSTANTIATE_TEST_SUITE_P(Short, LongRun, testing::Values(20));
-// Not among the tests that ctest runs: scripts/long-run.
+// Run by scripts/long-run, not by ctest.
 INSTANTIATE_TEST_SUITE_P(Full, LongRun, testing::Values(500));
 
 } // namespace

@@ -21,10 +21,10 @@
 
 namespace kavelo::test {
 
-/// A device that umockdev makes the program see, which must run under umockdev-wrapper.
+/// A device that umockdev mocks. The program must run under umockdev-wrapper.
 ///
-/// The node is the terminal end of a pty, which is read line by line: a report is a line, each of
-/// its bytes escaped, with an end of file where other lines have a line feed.
+/// The node is the terminal end of a pty. A terminal is read line by line, and a report is sent as
+/// one line: each of its bytes is escaped, and an end-of-file character ends it.
 class MockDevice : public PluggedDevice
 {
 public:
@@ -37,11 +37,12 @@ public:
         m_notifier.emplace(m_end.get(), QSocketNotifier::Read);
         QObject::connect(&*m_notifier, &QSocketNotifier::activated, [this] { receiveAll(); });
         powerOn();
-        const std::string text = "P: " + m_parent + "\nE: SUBSYSTEM=hid\nE: HID_ID=" + kind.hidId +
-                                 "\nH: report_descriptor=" + kind.descriptor +
-                                 "\n\nP: " + m_parent + "/" + m_name +
-                                 "\nE: SUBSYSTEM=" + kind.subsystem + "\nE: DEVNAME=" + node() +
-                                 "\nE: MAJOR=240\nE: MINOR=900\nA: dev=240:900\n\n";
+        const std::string text =
+            "P: " + m_parent + "\nE: SUBSYSTEM=hid\nE: HID_ID=" + kind.hidId +
+            "\nE: HID_NAME=Kavelo\nE: HID_UNIQ=\nH: report_descriptor=" + kind.descriptor +
+            "\n\nP: " + m_parent + "/" + m_name + "\nE: SUBSYSTEM=" + kind.subsystem +
+            "\nE: DEVNAME=" + node() +
+            "\nE: MAJOR=240\nE: MINOR=900\nA: dev=240:900\nL: device=..\n\n";
         EXPECT_TRUE(umockdev_testbed_add_from_string(Testbed.get(), text.c_str(), nullptr));
     }
     ~MockDevice() override
@@ -87,8 +88,8 @@ private:
     [[nodiscard]] std::string nodeSyspath() const { return m_syspath + "/" + m_name; }
     void makeNode()
     {
-        // Numbers that the machine itself surely does not have. Like the kernel's, they are given
-        // again once a device is gone.
+        // No computer has so many nodes. As with the kernel's nodes, the number of a device that
+        // has gone is used again.
         int number = 900;
         do {
             m_name = "hidraw" + std::to_string(number++);
@@ -105,11 +106,12 @@ private:
         m_node = FileDescriptor(node);
         std::filesystem::create_directories(std::filesystem::path(path()).parent_path());
         std::filesystem::create_symlink(::ptsname(end), path());
-        // Where nobody has a terminal, whoever opens the node has one, and ends with it.
+        // A process without a controlling terminal gets the node as one when it opens it. When
+        // the node goes, the kernel sends SIGHUP, which would end the process.
         ::signal(SIGHUP, SIG_IGN);
     }
 
-    /// Takes the requests that are there as a whole.
+    /// Takes the requests that have arrived completely.
     void receiveAll()
     {
         std::array<std::uint8_t, 1 + hid::ReportSize> message = {};
@@ -122,15 +124,15 @@ private:
 
     enum : std::uint8_t { EndOfFile = 0x04, Escape = 0x10 };
 
-    /// There before anything asks for udev.
+    /// Made when the process starts, because umockdev must be set up before libudev is used.
     inline static const std::unique_ptr<UMockdevTestbed, decltype(&g_object_unref)> Testbed{
         KernelDevice::isAvailable() ? nullptr : umockdev_testbed_new(), g_object_unref};
     inline static int s_plugged = 0;
 
-    /// Like the kernel, which never gives a directory's name twice.
+    /// Never the same twice: the kernel does not use a directory's name again, either.
     const std::string m_parent = "/devices/device" + std::to_string(++s_plugged);
     const std::string m_syspath = "/sys" + m_parent;
-    std::string m_name;    ///< of the node
+    std::string m_name;    ///< the node's name
     FileDescriptor m_node; ///< keeps the pty from hanging up while the program does not use it
     FileDescriptor m_end;
     std::optional<QSocketNotifier> m_notifier;

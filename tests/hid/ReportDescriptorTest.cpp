@@ -27,7 +27,7 @@ TEST(ReportDescriptor, FindsThePagesOfTheTopLevelApplicationCollections)
         {"0501 0906 A101 A100 C0 0600FF 0901 A101", {1}}, // nested application collection
         {"0600FF 0901 A100 A101 C0 C0", {}}, // inside a physical collection
         {"0600FF 0901 A0", {}}, // collection without a type
-        {"0600FF A4 0501 B4 0901 A101", {0xFF00}}, // pop gives the page back
+        {"0600FF A4 0501 A4 0507 B4 0901 A101 C0 B4 0901 A101", {1, 0xFF00}}, // each pop ends one push
         {"0600FF B4 0901 A101", {0xFF00}}, // pop of nothing
         {"C0 C0 0600FF 0901 A101", {0xFF00}}, // end of nothing
         {"0501 FE0510 0600FFA101 0906 A101", {1}}, // long item holding a collection
