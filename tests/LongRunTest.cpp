@@ -20,7 +20,7 @@ TEST_P(LongRunTest, PlugInsAndEditsLeaveNothingBehind)
         ASSERT_EQ(unit.memory().pedals[2].record[0], button);
         ASSERT_TRUE(showsUnit(unit));
         boxes.answerWith(Qt::Key_Return);
-        openStandard(0); // beyond the Standard
+        restoreItem()->trigger();
         ASSERT_TRUE(waitUntil([&] { return boxes.isDone(); }));
         boxes.answerWith(Qt::Key_Return);
         window.menuItems().VersionInformationToolStripMenuItem->trigger();

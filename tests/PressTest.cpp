@@ -82,8 +82,7 @@ TEST_F(PressTest, ANewPressIsMeantHalfASecondAfterAWindowHasCome)
     OutputMode[0] = SIMPLE_DOUBLE_CLICK; // beyond the Standard: the question comes first
     boxes.reactWith([](QMessageBox & /*box*/) {});
     QTest::keyPress(window.windowHandle(), Qt::Key_Return);
-    QTest::keyRelease(window.windowHandle(),
-                      Qt::Key_Return); // which Qt keeps from a blocked window
+    QTest::keyRelease(window.windowHandle(), Qt::Key_Return); // kept from a blocked window
     ASSERT_NE(box(), nullptr);
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
         QTest::keyClick(box()->windowHandle(), key);

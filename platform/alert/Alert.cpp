@@ -47,7 +47,6 @@ public:
             button->setIcon({});           // some styles show an icon of the Return key on "OK"
         }
         setDefaultButton(returnButton);
-        setEnabled(true); // `parent` may be disabled
         // Not window modal, which open() would set: Qt then leaves the keyboard to a window behind
         // the box when the user clicks on it.
         setWindowModality(Qt::ApplicationModal);
@@ -58,6 +57,15 @@ public:
     }
 
 protected:
+    void changeEvent(QEvent *event) override
+    {
+        if (event->type() == QEvent::EnabledChange && !isEnabled()) {
+            // The dialog behind the box has been disabled. The box must stay usable.
+            setEnabled(true);
+            defaultButton()->setFocus();
+        }
+        QMessageBox::changeEvent(event);
+    }
     void closeEvent(QCloseEvent *event) override
     {
         event->accept();
@@ -69,12 +77,8 @@ protected:
 /// Without a parent the window manager could put the box anywhere on the screen.
 QWidget *windowInUse()
 {
-    QWidget *window = QApplication::activeWindow();
-    while (window != nullptr && !window->isVisible()) { // a closed one may still be active
-        window = window->parentWidget();
-    }
-    if (window != nullptr) {
-        return window;
+    if (QWidget *active = QApplication::activeWindow()) {
+        return active;
     }
     const QWidgetList windows = QApplication::topLevelWidgets();
     const auto main = std::ranges::find_if(windows, [](const QWidget *other) {
