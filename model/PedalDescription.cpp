@@ -148,7 +148,7 @@ void addRepetition(QString &text, int numberOfRepeats,
 
 void addSimpleKeyOutput(QString &text, const Setting &setting)
 {
-    addKey(text, u"[key] ", setting.common[1], setting.common[0]);
+    addKey(text, u"[key] ", setting.common[1], setting.common[0]); // given in lower case
 }
 
 void addSimpleClick(QString &text, const Setting &setting)
@@ -192,7 +192,8 @@ void addContinuousKeyOutput(QString &text, const Setting &setting)
     addKey(text, u"[Key] ", setting.common[1], setting.common[0]);
     addLine(text, u"[Speed] ", tenths(repeated.speed), u" Times / sec");
     addAcceleration(text, repeated);
-    addRepetition(text, repeated.numberOfRepeats, u"[Number of repetitions]");
+    addRepetition(text, repeated.numberOfRepeats,
+                  u"[Number of repetitions]"); // given without a blank
 }
 
 void addPointerMove(QString &text, const Setting &setting)
@@ -206,7 +207,7 @@ void addPointerMove(QString &text, const Setting &setting)
             direction == PointerDirections.end() ? UnknownDirection : direction->word);
     addLine(text, u"[Speed] ", QString::number(repeated.speed), u" Dots / sec");
     addAcceleration(text, repeated);
-    addRepetition(text, repeated.numberOfRepeats, u"[Repetition] ");
+    addRepetition(text, repeated.numberOfRepeats, u"[Repetition] "); // the label is given
 }
 
 QStringView wheelDirection(std::uint8_t direction)

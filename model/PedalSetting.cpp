@@ -12,9 +12,14 @@ CommonRecord &selectedRecord()
 
 void IntoTwoCommonData(int value16, int i)
 {
+    storeValue16(selectedRecord(), value16, i);
+}
+
+void storeValue16(CommonRecord &record, int value16, int i)
+{
     const auto high = static_cast<std::size_t>(i);
-    selectedRecord().at(high) = static_cast<std::uint8_t>(value16 >> 8);
-    selectedRecord().at(high + 1) = static_cast<std::uint8_t>(value16 & 0xFF);
+    record.at(high) = static_cast<std::uint8_t>(value16 >> 8);
+    record.at(high + 1) = static_cast<std::uint8_t>(value16 & 0xFF);
 }
 
 std::uint16_t IntoValue16(int i)

@@ -16,18 +16,19 @@ constexpr std::int32_t NUMBER_OF_PSKO_OUTPUT = 10;     ///< greatest number of o
 constexpr int MaxPedals = 5;                           ///< number of rows of every setting array
 
 // Output mode codes.
-constexpr std::uint8_t SIMPLE_KEY_OUTPUT = 0;              ///< one key with modifiers
-constexpr std::uint8_t SIMPLE_CLICK = 1;                   ///< a click of one or more buttons
-constexpr std::uint8_t SIMPLE_DOUBLE_CLICK = 2;            ///< a double click
-constexpr std::uint8_t MODIFIER_PLUS_CLICK = 3;            ///< modifiers held with a click
-constexpr std::uint8_t MODIFIER_PLUS_DOUBLE_CLICK = 4;     ///< modifiers held with a double click
-constexpr std::uint8_t CONTINUOUS_KEY_OUTPUT = 5;          ///< a repeated key
-constexpr std::uint8_t POINTER_MOVE = 6;                   ///< pointer movement
-constexpr std::uint8_t WHEEL_ROTATION = 7;                 ///< wheel rotation
-constexpr std::uint8_t CONTINUOUS_CLICK = 8;               ///< a repeated click
-constexpr std::uint8_t PLURAL_SIMULTANEOUS_KEY_OUTPUT = 9; ///< up to 10 key chords in sequence
-constexpr std::uint8_t OUTPUT_AT_CHANGE = 10;              ///< outputs on depress and on release
-constexpr std::size_t NumberOfModes = 11;                  ///< the codes are consecutive
+constexpr std::uint8_t SIMPLE_KEY_OUTPUT = 0;          ///< one key with modifiers
+constexpr std::uint8_t SIMPLE_CLICK = 1;               ///< a click of one or more buttons
+constexpr std::uint8_t SIMPLE_DOUBLE_CLICK = 2;        ///< a double click
+constexpr std::uint8_t MODIFIER_PLUS_CLICK = 3;        ///< modifiers held with a click
+constexpr std::uint8_t MODIFIER_PLUS_DOUBLE_CLICK = 4; ///< modifiers held with a double click
+constexpr std::uint8_t CONTINUOUS_KEY_OUTPUT = 5;      ///< a repeated key
+constexpr std::uint8_t POINTER_MOVE = 6;               ///< pointer movement
+constexpr std::uint8_t WHEEL_ROTATION = 7;             ///< wheel rotation
+constexpr std::uint8_t CONTINUOUS_CLICK = 8;           ///< a repeated click
+constexpr std::uint8_t PLURAL_SIMULTANEOUS_KEY_OUTPUT =
+    9;                                        ///< PSKO: up to 10 key chords in sequence
+constexpr std::uint8_t OUTPUT_AT_CHANGE = 10; ///< outputs on depress and on release
+constexpr std::size_t NumberOfModes = 11;     ///< the codes are consecutive
 
 using CommonRecord = std::array<std::uint8_t, NUMBER_OF_COMMON_DATA>;
 using AdditionalBlock = std::array<std::uint8_t, ADDITIONAL_DATA_ONE_PEDAL>;
@@ -71,6 +72,9 @@ void IntoTwoCommonData(int value16, int i);
 
 /// The 16-bit value in `record` whose high byte is at index `i` (0 to 11).
 [[nodiscard]] std::uint16_t value16In(const CommonRecord &record, int i);
+
+/// Stores `value16` in `record` as IntoTwoCommonData() does.
+void storeValue16(CommonRecord &record, int value16, int i);
 
 /// Reads a mode 9 record.
 [[nodiscard]] PskoSetting pskoSettingIn(const CommonRecord &record);

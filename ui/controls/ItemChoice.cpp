@@ -42,13 +42,13 @@ void ItemChoice::selectionChanged()
     }
     // In an open list, keys and the mouse also select items. They set the current item too, but
     // only after this signal, so the check is posted.
-    const auto chooseIfNotWalkedTo = [this] {
+    const auto chooseUnlessCurrent = [this] {
         if (m_list.isVisible() && !m_list.selectionModel()->isSelected(m_list.currentIndex())) {
             m_box.hidePopup();
             choose();
         }
     };
-    QMetaObject::invokeMethod(this, chooseIfNotWalkedTo, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, chooseUnlessCurrent, Qt::QueuedConnection);
 }
 
 void ItemChoice::choose()

@@ -27,8 +27,8 @@ public:
     }
 
 private:
-    /// The controls that can be seen, and the hidden ones, whose own interface reports that they
-    /// are hidden.
+    /// The controls that can be seen, and those that are hidden. The interface of a hidden control
+    /// says so itself.
     [[nodiscard]] QWidgetList controls() const
     {
         auto found = widget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);

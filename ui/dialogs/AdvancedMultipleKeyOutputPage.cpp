@@ -17,7 +17,10 @@ constexpr std::uint8_t DefaultTime = 10; // ms
 constexpr std::uint8_t DefaultOutputs = 2;
 constexpr std::uint8_t RepeatUnitBit = 0x80;
 
+// The list of keys has only placeholders, "test0" to "test231", and the lines of the outputs have a
+// literal in place of the modifiers' names. Both are given.
 constexpr int PlaceholderKeys = 232;
+const auto PlaceholderModifiers = QStringLiteral("テスト用modifier名");
 
 /// Copies the modifier byte of an output and its keys up to the first usage ID 0. Returns the index
 /// of the last key copied. Key 1 is always copied, even when it is 0.
@@ -161,9 +164,8 @@ void AdvancedMultipleKeyOutputPage::PSKO_SetControls()
 
 QString AdvancedMultipleKeyOutputPage::outputLine(std::size_t output) const
 {
-    const QString modifiers = QStringLiteral("テスト用modifier名");
     const auto &keys = PSKO_KeyData.at(output);
-    QString line = QStringLiteral("[%1] + [%2]").arg(modifiers, GetKeyName(keys[1]));
+    QString line = QStringLiteral("[%1] + [%2]").arg(PlaceholderModifiers, GetKeyName(keys[1]));
     const auto last = static_cast<std::size_t>(PSKO_NumberOfKeys.at(output));
     for (std::size_t key = 2; key <= last; ++key) {
         line += QStringLiteral(" + [%1]").arg(GetKeyName(keys.at(key)));

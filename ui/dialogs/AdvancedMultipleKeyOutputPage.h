@@ -43,11 +43,15 @@ private:
     void PSKO_listboxOutput_SelectedIndexChanged() {}
     void PSKO_SetControls();
 
+    // PSKO is short for plural simultaneous key output, the output mode. The names, and the members
+    // that are written but not read, are given.
+
     /// The sample outputs show the usage ID after this one.
     std::uint8_t PSKO_NewOutputCharacter = 0;
     int PSKO_NumberOfOutput = 0; ///< number of outputs, 1 to 10 after loading
     int PSKO_SelectedOutput = 0;
-    bool PSKO_Changing = false; ///< the program is changing the page's lists
+    bool PSKO_Changing =
+        false; ///< set while the list of keys is filled, and from the end of loading on
     /// For every output: the modifier byte and the usage IDs of its keys 1 to 6; 0 = no key.
     std::array<std::array<std::uint8_t, PskoOutputSize>, NUMBER_OF_PSKO_OUTPUT> PSKO_KeyData{};
     /// For every output: the index of its last key in PSKO_KeyData, at least 1 after loading.

@@ -25,7 +25,7 @@ public:
 
     /// Whether OK writes this page.
     [[nodiscard]] virtual bool canWrite() const = 0;
-    /// Writes the choices on the page into the row of the selected pedal.
+    /// Writes the choices on the page into the row of a pedal.
     virtual void write(const PedalRow &pedal) = 0;
 };
 

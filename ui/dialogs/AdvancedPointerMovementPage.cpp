@@ -126,11 +126,11 @@ void AdvancedPointerMovementPage::okButtonPressed_PM(const PedalRow &pedal)
 {
     pedal.outputMode = POINTER_MOVE;
     writeDirection(pedal.commonData);
-    IntoTwoCommonData(PM_SpeedIndex, 2);
+    storeValue16(pedal.commonData, PM_SpeedIndex, 2);
     writeAcceleration(pedal.commonData);
-    IntoTwoCommonData(PM_SpeedIndex, 9);
-    IntoTwoCommonData(PM_AccelerationIndex, 11);
-    writeRepeats();
+    storeValue16(pedal.commonData, PM_SpeedIndex, 9);
+    storeValue16(pedal.commonData, PM_AccelerationIndex, 11);
+    writeRepeats(pedal.commonData);
 }
 
 void AdvancedPointerMovementPage::writeDirection(CommonRecord &record) const
@@ -151,19 +151,19 @@ void AdvancedPointerMovementPage::writeAcceleration(CommonRecord &record)
     PM_AccelerationIndex = isAccelerated ? std::max(PM_AccelerationIndex, 1) : 1;
     if (PM_AccelerationIndex <= AccelerationUnit) {
         const double slowness = double{AccelerationUnit} / PM_AccelerationIndex;
-        IntoTwoCommonData(static_cast<int>(std::lround(slowness)), 4);
+        storeValue16(record, static_cast<int>(std::lround(slowness)), 4);
         record[6] = isAccelerated ? 1 : 0;
     }
 }
 
-void AdvancedPointerMovementPage::writeRepeats()
+void AdvancedPointerMovementPage::writeRepeats(CommonRecord &record)
 {
     if (m_ui->PM_radiobuttonUntilRelease->isChecked()) {
-        IntoTwoCommonData(0, 7);
+        storeValue16(record, 0, 7);
     } else if (m_ui->PM_radiobutttonSetNumber->isChecked()) {
         NumericUpDown *repeats = m_ui->PM_numericupdownNumberOfRepeats_stepper;
         repeats->interpretText(); // OK may be pressed while the field has the focus
-        IntoTwoCommonData(repeats->value(), 7);
+        storeValue16(record, repeats->value(), 7);
     }
 }
 

@@ -43,7 +43,7 @@ private:
     void setRepeatsEnabled(bool enabled);
     void writeDirection(CommonRecord &record) const;
     void writeAcceleration(CommonRecord &record);
-    void writeRepeats();
+    void writeRepeats(CommonRecord &record);
     void PM_radiobuttonUp_CheckedChanged() { chooseDirection(0); }
     void PM_radiobuttonUpperRight_CheckedChanged() { chooseDirection(1); }
     void PM_radiobuttonRight_CheckedChanged() { chooseDirection(2); }

@@ -17,6 +17,8 @@ AdvancedSettingDialogViewController::AdvancedSettingDialogViewController(DialogP
     m_ui->Label_PedalName->setText(QStringLiteral("Advanced settings  %1").arg(PedalName));
     connect(m_ui->tabcontrolPages, &QTabWidget::currentChanged, this,
             &AdvancedSettingDialogViewController::pageChanged);
+    // Queued: a write waits for the unit and the user, and an action must not. Assistive technology
+    // would not get its answer before.
     connect(m_ui->buttonOK, &QPushButton::clicked, this,
             &AdvancedSettingDialogViewController::okButtonPressed, Qt::QueuedConnection);
     connect(m_ui->buttonCancel, &QPushButton::clicked, this,

@@ -93,6 +93,8 @@ void SettingDialogViewController::connectActions()
     for (const auto &[button, action] : actions) {
         connectChoice(button, this, action);
     }
+    // Queued: a write waits for the unit and the user, and an action must not. Assistive technology
+    // would not get its answer before.
     connect(m_ui->buttonProgramKavelo, &QPushButton::clicked, this,
             &Self::buttonProgramKavelo_Click, Qt::QueuedConnection);
     connect(m_ui->buttonCancel, &QPushButton::clicked, this, &Self::cancelButtonPressed);

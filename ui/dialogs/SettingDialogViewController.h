@@ -38,7 +38,7 @@ public:
     void cancelButtonPressed();
     /// Sends the record, if one has been built, and dismisses the dialog.
     void okButtonPressed();
-    void okButtonPressed_keyboard();
+    void okButtonPressed_keyboard(); ///< given: no control calls it
 
 private:
     void viewDidLoad() override;

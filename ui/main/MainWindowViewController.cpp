@@ -273,7 +273,7 @@ void MainWindowViewController::openStandardDialog(int pedal)
         return;
     }
     const PedalRows::Controls &row = m_rows.at(pedal);
-    row.standard->setEnabled(false);
+    row.standard->setEnabled(false); // given: the button is disabled while the state is set
     SettingEnabled = false;
     SelectedPedalNo = pedal;
     PedalName = row.name->text();

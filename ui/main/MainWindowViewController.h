@@ -53,7 +53,7 @@ public:
     /// Shows the setting of pedal `SelectedPedalNo` in its text box.
     void WritePedalContents();
     void SettingDialog_OK() override;
-    /// Widens the window to 696 pixels, animated.
+    /// Widens the window to 696 pixels, animated. Given: no control calls it.
     void testchangewidth();
 
     void buttonSetPedal0Standard_Clicked() { openStandardDialog(0); }
