@@ -46,7 +46,7 @@ protected:
     FaultSweepTest()
     {
         unit.setReplyDelay(milliseconds(3)); // a second reply comes when the next request is out
-        unit.setLateness(35 * TickPeriod);   // half way between the timeout and giving up
+        unit.setLateness(ReplyTimeout + ReplyLateness / 2);
     }
 
     [[nodiscard]] QStringList expectedBoxes(int exchange) const
@@ -74,7 +74,7 @@ protected:
         int i = 0;
         for (const std::size_t pedal : WrittenPedals.at(task)) {
             if (isDone(++i)) {
-                expected.pedals.at(pedal) = factoryState(expected).pedals.at(pedal);
+                expected.pedals.at(pedal) = restored(expected).pedals.at(pedal);
             }
         }
         if (task != Read && isDone(exchanges)) {

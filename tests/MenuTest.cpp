@@ -119,7 +119,7 @@ TEST_F(MenuTest, RestoresOnEscapeOrTheOkButtonOnly)
         EXPECT_EQ(choose(*restoreItem()), output);
         EXPECT_EQ(boxes.messages().last(), restores ? Restored : RestoreQuestion);
         EXPECT_EQ(requests.size(), restores ? before.numberOfPedals + 1U : 0U);
-        EXPECT_EQ(unit.memory(), restores ? factoryState(before) : before);
+        EXPECT_EQ(unit.memory(), restores ? restored(before) : before);
         EXPECT_TRUE(showsUnit(unit));
         unplugAndWait();
     }
@@ -137,7 +137,7 @@ TEST_F(MenuTest, ARestoreSendsBackOnlyWhatItsOwnUnitHasTold)
         for (PedalMemory &pedal : next.memory().pedals) {
             pedal.record[12] ^= 0xFF;
         }
-        const UnitMemory expected = isReadBrokenOff ? next.memory() : factoryState(next.memory());
+        const UnitMemory expected = isReadBrokenOff ? next.memory() : restored(next.memory());
         if (isReadBrokenOff) {
             next.setFault({.kind = FaultKind::DropReply, .request = {GET_ADDITIONAL_DATA}});
             boxes.answerWith(Qt::Key_Return);

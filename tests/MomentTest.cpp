@@ -2,6 +2,7 @@
 #include "WindowTest.h"
 
 #include <QMessageBox>
+#include <QTabWidget>
 
 #include <tuple>
 
@@ -30,8 +31,8 @@ constexpr std::array<Trouble, 6> Troubles{{
     {"IsSwapped", FaultKind::Unplug, 0ms, 1000ms, true},
     {"ReplyLost", FaultKind::DropReply, 0ms, 5000ms},
     {"ReplyTwice", FaultKind::AnswerTwice, 0ms, 1000ms},
-    {"Reply1200msLate", FaultKind::AnswerLate, 4200ms, 6000ms},
-    {"Reply5sLate", FaultKind::AnswerLate, 8000ms, 9500ms},
+    {"Reply1200msLate", FaultKind::AnswerLate, ReplyTimeout + 1200ms, 6000ms},
+    {"Reply5sLate", FaultKind::AnswerLate, ReplyTimeout + 5s, 9500ms},
 }};
 
 /// The exchanges in which something goes wrong: a read of three pedals, and most of a restore.
@@ -92,7 +93,7 @@ protected:
     [[nodiscard]] UnitMemory commanded(UnitMemory memory) const
     {
         memory.pedals[0].record[0] = 2; // the right button
-        return command < Restore ? memory : factoryState(memory);
+        return command < Restore ? memory : restored(memory);
     }
 
     /// Does something once, as soon as the condition holds.
@@ -156,6 +157,9 @@ protected:
         auto *const open = shownDialog();
         if (open == nullptr || !open->isEnabled()) {
             return false;
+        }
+        if (auto *tabs = open->findChild<QTabWidget *>(QStringLiteral("tabcontrolOutputMode"))) {
+            tabs->setCurrentIndex(1); // the mouse
         }
         for (const char *pressed : {"radiobuttonRightClick", "C_radiobuttonRightClick",
                                     "buttonProgramKavelo", "buttonOK"}) {

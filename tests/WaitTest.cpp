@@ -83,12 +83,14 @@ TEST_F(WaitTest, AWriteCannotBeCancelledAndNamesItsOwnPedal)
         });
         window.buttonSetPedal2Standard_Clicked();
         selectAnother();
-        boxes.answerWith(Qt::Key_Return);
+        boxes.reactWith([&](QMessageBox &box) {
+            EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor) << "the program waits for the user";
+            BoxWatcher::press(box, Qt::Key_Return);
+        });
         writeClick(2, exchange == 1 ? "RightClick" : "CenterClick");
         EXPECT_EQ(boxes.messages().last(),
                   QStringLiteral("The settings of the Right Pedal have finished successfully."));
         EXPECT_EQ(unit.memory().pedals[2].record[0], 2 * exchange);
-        EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
         EXPECT_EQ(requests.size(), 2U) << "record and parameters";
         runTicks(2);
         EXPECT_TRUE(standard(2)->hasFocus()) << "where the user goes on";
@@ -133,7 +135,8 @@ TEST_F(WaitTest, ADialogKeepsItsEditThroughARestore)
 TEST_F(WaitTest, RepliesThatShiftAllOthersAreNoticedAndTheUnitIsReadUntilItIsRight)
 {
     unit.setReplyDelay(milliseconds(40));
-    for (const milliseconds lateness : {3900ms, 6200ms, 8700ms, 11000ms}) {
+    for (const milliseconds lateness :
+         {ReplyTimeout + 900ms, ReplyTimeout + 3200ms, 8700ms, 11000ms}) {
         unit.setLateness(lateness);
         for (const int exchange : {1, 2, 4, 7, 12}) {
             SCOPED_TRACE(::testing::PrintToString(std::pair(lateness.count(), exchange)));
@@ -143,7 +146,8 @@ TEST_F(WaitTest, RepliesThatShiftAllOthersAreNoticedAndTheUnitIsReadUntilItIsRig
             bus::plugIn(unit);
             runTicks(150);
             EXPECT_TRUE(showsUnit(unit));
-            EXPECT_TRUE(lateness > milliseconds(4000) || requests.size() <= 2 * ReadExchanges)
+            EXPECT_TRUE(lateness > ReplyTimeout + ReplyLateness ||
+                        requests.size() <= 2 * ReadExchanges)
                 << "a reply that is a little late is nobody else's";
             unplugAndWait();
         }

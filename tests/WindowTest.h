@@ -3,9 +3,9 @@
 #include "KaveloTest.h"
 #include "MainWindowViewController.h"
 #include "MenuClass.h"
-#include "PedalDescription.h"
 #include "SettingDialogViewController.h"
 #include "SimulatedBus.h"
+#include "WindowView.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -110,31 +110,15 @@ protected:
     /// Whether every pedal of the unit has been read and is shown as the unit has it.
     bool showsUnit(const SimulatedUnit &shown)
     {
-        const int pedals = shown.memory().numberOfPedals;
-        if (explanation() != SettingsText || litRows() != pedals) {
-            return false;
-        }
-        for (std::size_t row = 0; row < std::size_t(pedals); ++row) {
-            const PedalMemory &memory = shown.memory().pedals.at(row);
-            const bool isRead = OutputMode.at(row) == memory.mode &&
-                                CommonData.at(row) == memory.record &&
-                                (memory.mode != PLURAL_SIMULTANEOUS_KEY_OUTPUT ||
-                                 AdditionalData.at(row) == memory.additional);
-            const QString text = PedalDescription(int(row)).remove(QLatin1Char('\r'));
-            if (!isRead || contents(int(row))->toPlainText() != text) {
-                return false;
-            }
-        }
-        return true;
+        return explanation() == SettingsText && litRows() == shown.memory().numberOfPedals &&
+               showsRecords(window, shown);
     }
 
     /// The dialog of a class that is on screen, or null: a dismissed one may still be there.
     template <class Dialog = PedalSettingDialog>
     Dialog *shownDialog()
     {
-        const auto dialogs = window.findChildren<Dialog *>();
-        const auto shown = std::ranges::find_if(dialogs, &QWidget::isVisible);
-        return shown == dialogs.end() ? nullptr : *shown;
+        return visibleDialog<Dialog>(window);
     }
     bool isDialogShown() { return shownDialog() != nullptr; }
     PedalSettingDialog *dialog() { return required(shownDialog(), "A pedal's dialog"); }
@@ -225,20 +209,6 @@ inline void setFiveModes(SimulatedUnit &unit)
     // Where a reply has the mode, the last piece has one, too.
     unit.memory().pedals[1].additional[52] = PLURAL_SIMULTANEOUS_KEY_OUTPUT;
     unit.memory().pedals[2].record[0] = 1;
-}
-
-/// What the unit must hold after a restore: the factory's modes and first bytes, all others as they
-/// were.
-inline UnitMemory factoryState(UnitMemory memory)
-{
-    const UnitMemory factory;
-    for (std::size_t i = 0; i < memory.numberOfPedals; ++i) {
-        PedalMemory &pedal = memory.pedals.at(i);
-        pedal.mode = factory.pedals.at(i).mode;
-        const int used = pedal.mode == SIMPLE_CLICK ? 1 : 2;
-        std::copy_n(factory.pedals.at(i).record.begin(), used, pedal.record.begin());
-    }
-    return memory;
 }
 
 } // namespace kavelo

@@ -37,6 +37,7 @@ public:
     [[nodiscard]] bool setReport(std::span<const std::uint8_t, ReportSize> report) override;
 
     [[nodiscard]] const std::string &path() const { return m_path; }
+    [[nodiscard]] bool isOpen() const { return m_state == State::Open; }
     [[nodiscard]] bool isRefused() const { return m_state == State::Refused; }
 
     /// Opens and locks the device and closes it again. Returns whether that succeeded.

@@ -55,6 +55,11 @@ bool HidapiManager::open()
 /// Updates the set of devices.
 void HidapiManager::look()
 {
+    // The utility uses one device at a time, and the end of an open one comes from its reader. A
+    // look beside it would cost much more than all else that the idle utility does.
+    if (std::ranges::any_of(devices(), &HidapiDevice::isOpen)) {
+        return;
+    }
     const std::unique_ptr<hid_device_info, FreeList> list(
         hid_enumerate(m_matching.vendorId, m_matching.productId));
     // The list has an entry for each top-level collection of a device.

@@ -12,7 +12,8 @@
 namespace kavelo::hid {
 
 /// Finds the matching devices with the library hidapi. The library announces neither arrivals nor
-/// removals, so the manager compares its set with the library's list twice a second.
+/// removals, so the manager compares its set with the library's list twice a second while no device
+/// is open.
 class HidapiManager : public QObject, public DeviceSet<HidapiDevice>
 {
     Q_OBJECT

@@ -119,6 +119,7 @@ TEST_F(HidTest, TheSameNodePluggedAgainIsANewDevice)
     EXPECT_FALSE(send(device)) << "the removal is not known yet";
     unit->sendEvent("remove"); // also cancels an arrival that is not announced yet
     unit->sendEvent("add");
+    ASSERT_TRUE(waitUntil([&] { return arrivals.size() == 2; }));
     settle();
     const DeviceRef again = manager->copyDevices().at(0);
     EXPECT_NE(again, device);
