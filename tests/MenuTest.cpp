@@ -55,6 +55,7 @@ TEST_F(MenuTest, NamesItsItemsAndItsNotices)
         EXPECT_FALSE(box.iconPixmap().isNull());
         ProgramStyle style;
         QPalette dark(Qt::black);
+        dark.setColor(QPalette::PlaceholderText, Qt::black);
         style.polish(dark);
         EXPECT_GT(dark.color(QPalette::PlaceholderText).lightness(), 200);
         EXPECT_FALSE(style.standardIcon(QStyle::SP_MessageBoxInformation, nullptr, &box).isNull());

@@ -137,6 +137,7 @@ TEST_F(PressTest, AnActionOfAssistiveTechnologyIsTakenAtOnceAndWaitsForNobody)
     EXPECT_FALSE(isDialogShown());
     press(box()->button(QMessageBox::Ok));
     ASSERT_TRUE(waitUntil([&] { return isDialogShown(); }));
+    QTest::qWait(PressesTakenAfter);
     window.activateWindow();
     ASSERT_TRUE(waitUntil([&] { return window.isActiveWindow(); }));
     press(standard(1));
