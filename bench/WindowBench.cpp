@@ -2,6 +2,7 @@
 #include "HID_PnP.h"
 #include "MainWindowViewController.h"
 #include "ModifierName.h"
+#include "PedalSettingDialog.h"
 #include "SimulatedBus.h"
 #include "SimulatedUnit.h"
 

@@ -138,8 +138,8 @@ protected:
             restoreItem()->trigger();
         }
         if (command >= Restore) {
-            once([this] { return question() != nullptr; },
-                 [this] { question()->button(QMessageBox::Ok)->click(); });
+            once([] { return question() != nullptr; },
+                 [] { question()->button(QMessageBox::Ok)->click(); });
         } else if (command != Standard) {
             m_isWriteTaken = writeRightClick();
         }
