@@ -46,6 +46,15 @@ using Parameter = std::tuple<Command, Trouble, int>;
 class MomentTest : public WindowTest, public ::testing::WithParamInterface<Parameter>
 {
 protected:
+    MomentTest()
+    {
+        boxes.reactToOthersWith([](QMessageBox &box) {
+            if (box.informativeText() != RestoreQuestion) { // which is answered at the moment
+                box.close();
+            }
+        });
+    }
+
     void start(int exchange)
     {
         fill(unit, 3, 1); // the version's first byte is 2
@@ -64,10 +73,11 @@ protected:
         }
         prepare();
         bus::plugIn(unit);
-        if (exchange > 0) {
-            return;
-        }
-        runTicks(4);
+    }
+
+    /// The trouble that comes when the window is at rest.
+    void disturb()
+    {
         if (trouble.fault == FaultKind::Unplug) {
             bus::unplug(unit);
         } else {
@@ -273,8 +283,12 @@ TEST_P(MomentTest, ACommandActsOnlyOnWhatTheWindowShowsOfTheUnitThatIsThere)
             SCOPED_TRACE(::testing::PrintToString(std::pair(exchange, moment.count())));
             steps.start(5);
             start(exchange);
-            QTimer::singleShot(moment, &steps, [this] { act(); });
-            QTest::qWait(int(moment.count()) + 200);
+            const milliseconds reading = exchange == 0 ? 400ms : 0ms;
+            if (exchange == 0) {
+                QTimer::singleShot(reading, &steps, [this] { disturb(); });
+            }
+            QTimer::singleShot(reading + moment, &steps, [this] { act(); });
+            QTest::qWait(int((reading + moment).count()) + 200);
             steps.start(50);
             rest();
             expectTruth();

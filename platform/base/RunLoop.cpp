@@ -1,6 +1,7 @@
 #include "RunLoop.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QTimer>
 
 namespace kavelo {
@@ -12,6 +13,14 @@ void runEventLoop(std::chrono::milliseconds slice)
     alarm.setSingleShot(true);
     alarm.start(slice);
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void runEventLoopFor(std::chrono::milliseconds time)
+{
+    const QDeadlineTimer end(time);
+    while (!end.hasExpired()) {
+        runEventLoop(std::chrono::ceil<std::chrono::milliseconds>(end.remainingTimeAsDuration()));
+    }
 }
 
 } // namespace kavelo

@@ -8,4 +8,7 @@ namespace kavelo {
 /// Returns as soon as any event has been handled.
 void runEventLoop(std::chrono::milliseconds slice);
 
+/// Handles events for this time.
+void runEventLoopFor(std::chrono::milliseconds time);
+
 } // namespace kavelo

@@ -52,7 +52,7 @@ bool BoxWatcher::eventFilter(QObject *watched, QEvent *event)
 void BoxWatcher::react(QMessageBox &box)
 {
     if (m_reactions.empty()) {
-        box.close();
+        m_otherReaction(box);
         return;
     }
     const Reaction reaction = std::move(m_reactions.front());

@@ -8,6 +8,7 @@
 
 #include <deque>
 #include <functional>
+#include <utility>
 
 namespace kavelo {
 
@@ -17,7 +18,7 @@ constexpr int PressesTakenAfter = static_cast<int>(PressGuard::KeyQuiet.count())
 
 /// A simulated user who answers the program's message boxes and keeps their texts. A message box
 /// blocks its caller until it is answered, so the answer must be given before the box comes. A box
-/// for which no answer was given is closed by its frame.
+/// for which no answer was given is closed by its frame, unless reactToOthersWith() says otherwise.
 class BoxWatcher : public QObject
 {
     Q_OBJECT
@@ -31,6 +32,8 @@ public:
     void answerWith(Qt::Key key);
     /// Calls `reaction` on the next box for which no answer was given yet. It must close the box.
     void reactWith(Reaction reaction);
+    /// Calls `reaction` on every box for which no answer was given.
+    void reactToOthersWith(Reaction reaction) { m_otherReaction = std::move(reaction); }
 
     /// Presses a key in the box once PressGuard lets it in, if the box is still there.
     static void press(QMessageBox &box, Qt::Key key);
@@ -49,6 +52,7 @@ private:
     void react(QMessageBox &box);
 
     std::deque<Reaction> m_reactions;
+    Reaction m_otherReaction = [](QMessageBox &box) { box.close(); };
     QStringList m_messages;
     int m_dialogsShown = 0;
 };

@@ -7,6 +7,7 @@
 #include "MainWindowLayout.h"
 #include "PedalSettingDialog.h"
 #include "Protocol.h"
+#include "RunLoop.h"
 #include "ScreenText.h"
 #include "UnitRun.h"
 #include "ui_MainWindowViewController.h"
@@ -66,6 +67,11 @@ void MainWindowViewController::UpdateAppWindow()
     case Task::Restore:
         restoreInitialSettings();
         break;
+    }
+    if (m_timer.isActive()) {
+        // The next task waits for a whole period. A reply that comes twice or late has arrived by
+        // then, and the unit is looked at first.
+        m_timer.start();
     }
 }
 
@@ -324,6 +330,7 @@ bool MainWindowViewController::sendFactorySettings(UnitRun &run)
         ++m_looks;
         UnitRun look(plugNPlay, m_unit, MESSAGE_OFF);
         readUnit(look);
+        runEventLoopFor(TickPeriod); // a reply that comes twice or late has arrived by then
     }
     if (run.mustStop() || m_knowledge != Knowledge::Complete) {
         return false;
