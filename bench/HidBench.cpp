@@ -1,4 +1,5 @@
 #include "Hid.h"
+#include "SimulatedUnit.h"
 #include "UhidDevice.h"
 
 #include <QCoreApplication>
@@ -25,8 +26,7 @@ bool plugIn(UhidDevice &device)
 {
     QObject::connect(&device, &UhidDevice::reportReceived,
                      [&device] { device.sendReport(hid::Report()); });
-    const QByteArray descriptor(reinterpret_cast<const char *>(UnitReportDescriptor.data()),
-                                UnitReportDescriptor.size());
+    const QByteArray descriptor = QByteArray::fromHex(UnitReportDescriptor);
     const int error = device.plugIn({.name = "Kavelo of the benchmarks",
                                      .uniqueId = {},
                                      .vendorId = Unit.vendorId,
