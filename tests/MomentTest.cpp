@@ -307,7 +307,7 @@ std::string nameOf(const ::testing::TestParamInfo<Parameter> &test)
 const auto Commands = ::testing::Values(Standard, Write, AdvancedOk, Restore, RestoreOk);
 INSTANTIATE_TEST_SUITE_P(Short, MomentTest,
                          ::testing::Combine(Commands, ::testing::ValuesIn(Troubles),
-                                            ::testing::Values(59)),
+                                            ::testing::Values(149)),
                          nameOf);
 // Not among the tests that ctest runs.
 INSTANTIATE_TEST_SUITE_P(Full, MomentTest,

@@ -13,7 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// What the program waits for when the user ends it.
-enum Wait { Nothing, Dialog, Question, Read, Write, Restore };
+enum Wait { Nothing, Dialog, Question, Read, Load, Write, Restore };
 
 /// Each case runs in a process of its own, which must end with status 0. By the second parameter
 /// the user presses Ctrl+Q in the active window (true) or closes the main window (false).
@@ -29,7 +29,16 @@ protected:
         QTimer::singleShot(20s, [] { std::_Exit(2); });
         plugInAndWait();
         unit.setFault({.kind = FaultKind::DropReply, .exchange = wait == Read ? 4 : 0});
-        if (wait == Read) {
+        if (wait == Load) {
+            unit.setFault({});
+            unit.setReplyDelay(TickPeriod);
+            when([this] { return Flag_send && standard(0)->isEnabled(); },
+                 [this] {
+                     SelectedPedalNo = 0;
+                     window.SetPedal2Advanced_clicked();
+                 });
+        }
+        if (wait == Read || wait == Load) {
             DeviceDetectedChanged = true;
         } else if (wait == Dialog) {
             window.buttonSetPedal0Standard_Clicked();
@@ -44,9 +53,11 @@ protected:
             restoreItem()->trigger();
         }
         const auto hasCome = [this, wait] {
-            return wait == Question ? QApplication::activeModalWidget() != nullptr
-                                    : Flag_send == (wait >= Read) &&
-                                          (wait != Dialog || shownDialog() != nullptr);
+            return wait == Question
+                       ? QApplication::activeModalWidget() != nullptr
+                       : Flag_send == (wait >= Read) &&
+                             (wait != Dialog || shownDialog() != nullptr) &&
+                             (wait != Load || window.findChild<PedalSettingDialog *>() != nullptr);
         };
         when(hasCome, [this, quits] {
             QWidget *box = QApplication::activeModalWidget();
@@ -67,7 +78,7 @@ TEST_P(ProgramEndDeathTest, IsPromptAndSilentWithStatusZero)
 }
 
 INSTANTIATE_TEST_SUITE_P(Ends, ProgramEndDeathTest,
-                         ::testing::Combine(::testing::Values(Nothing, Dialog, Question, Read,
+                         ::testing::Combine(::testing::Values(Nothing, Dialog, Question, Read, Load,
                                                               Write, Restore),
                                             ::testing::Bool()));
 

@@ -4,8 +4,8 @@
 #include "LabelHeight.h"
 #include "MainWindowLayout.h"
 #include "PedalDescription.h"
-#include "PedalTextBox.h"
 #include "Protocol.h"
+#include "ReadOnlyTextBox.h"
 #include "ScreenText.h"
 #include "SettingDialogViewController.h"
 #include "UnitRun.h"
@@ -68,7 +68,7 @@ void MainWindowViewController::viewDidLoad()
     // focus.
     auto *frame = new QFocusFrame(this);
     connect(qApp, &QApplication::focusChanged, frame, [=](QWidget * /*old*/, QWidget *now) {
-        frame->setWidget(qobject_cast<PedalTextBox *>(now));
+        frame->setWidget(qobject_cast<ReadOnlyTextBox *>(now));
     });
     stackControls();
     const QScreen *used = QGuiApplication::screenAt(QCursor::pos());

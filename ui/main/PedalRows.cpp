@@ -1,8 +1,8 @@
 #include "PedalRows.h"
 
 #include "MainWindowLayout.h"
-#include "PedalTextBox.h"
 #include "Protocol.h"
+#include "ReadOnlyTextBox.h"
 #include "ui_MainWindowViewController.h"
 
 #include <QFontInfo>
@@ -96,7 +96,7 @@ bool PedalRows::isLit(int row) const
     return at(row).name->isEnabled();
 }
 
-void PedalRows::enableStandardButtons(bool areEnabled)
+void PedalRows::enableStandardButtons(bool areEnabled) const
 {
     for (int row = 0; row < MaxPedals; ++row) {
         at(row).standard->setEnabled(areEnabled && isLit(row));
@@ -133,7 +133,7 @@ int PedalRows::stack(int top)
     return bottom;
 }
 
-void PedalRows::applyLayout(const MainWindowLayout &layout)
+void PedalRows::applyLayout(const MainWindowLayout &layout) const
 {
     std::vector<QWidget *> names;
     std::vector<QWidget *> buttons;

@@ -16,7 +16,7 @@ class MainWindowViewController;
 }
 
 struct MainWindowLayout;
-class PedalTextBox;
+class ReadOnlyTextBox;
 
 /// The controls of the pedals in the main window: a name, a text, a Standard and an Advanced button
 /// for each. A row is identified by the pedal's index, not by its position on the screen. A row is
@@ -28,7 +28,7 @@ public:
     struct Controls
     {
         QLabel *name;
-        PedalTextBox *contents;
+        ReadOnlyTextBox *contents;
         QPushButton *standard;
         QPushButton *advanced;
     };
@@ -47,12 +47,12 @@ public:
     void light(int row);
     [[nodiscard]] bool isLit(int row) const;
     /// Enables the Standard buttons of the lit rows, or disables all.
-    void enableStandardButtons(bool areEnabled);
+    void enableStandardButtons(bool areEnabled) const;
     /// Gives the focus to the Standard button of the leftmost row that is lit.
     void focusLeftmost() const;
 
     /// Places the rows beside each other and gives them their texts.
-    void applyLayout(const MainWindowLayout &layout);
+    void applyLayout(const MainWindowLayout &layout) const;
     /// Places the controls of all rows below each other, from `top` on, with heights that suit the
     /// desktop's font. Returns where they end.
     int stack(int top);

@@ -4,14 +4,14 @@
 
 namespace kavelo {
 
-/// Shows the setting of a pedal. The user can select the text, also with the keyboard, and can
+/// Shows a text of several lines. The user can select the text, also with the keyboard, and can
 /// scroll it. The first and the last visible line are never cut off.
-class PedalTextBox : public QPlainTextEdit
+class ReadOnlyTextBox : public QPlainTextEdit
 {
     Q_OBJECT
 
 public:
-    explicit PedalTextBox(QWidget *parent = nullptr);
+    explicit ReadOnlyTextBox(QWidget *parent = nullptr);
 
     /// The height that shows `lines` lines, or as many whole lines as fit into `height` if these
     /// are more.

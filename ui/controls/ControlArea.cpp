@@ -1,4 +1,4 @@
-#include "PedalArea.h"
+#include "ControlArea.h"
 
 #include <QAccessibleWidget>
 #include <QFocusFrame>
@@ -8,10 +8,10 @@ namespace kavelo {
 namespace {
 
 /// The accessible interface of the area.
-class AccessiblePedalArea : public QAccessibleWidget
+class AccessibleControlArea : public QAccessibleWidget
 {
 public:
-    explicit AccessiblePedalArea(PedalArea *area)
+    explicit AccessibleControlArea(ControlArea *area)
         : QAccessibleWidget(area, QAccessible::Client)
     {
     }
@@ -43,21 +43,21 @@ private:
     }
 };
 
-QAccessibleInterface *accessiblePedalArea(const QString & /*className*/, QObject *object)
+QAccessibleInterface *accessibleControlArea(const QString & /*className*/, QObject *object)
 {
-    auto *area = qobject_cast<PedalArea *>(object);
-    return area == nullptr ? nullptr : new AccessiblePedalArea(area);
+    auto *area = qobject_cast<ControlArea *>(object);
+    return area == nullptr ? nullptr : new AccessibleControlArea(area);
 }
 
 } // namespace
 
-PedalArea::PedalArea(QWidget *parent)
+ControlArea::ControlArea(QWidget *parent)
     : QWidget(parent)
 {
-    QAccessible::installFactory(&accessiblePedalArea);
+    QAccessible::installFactory(&accessibleControlArea);
 }
 
-void PedalArea::tellOfChange()
+void ControlArea::tellOfChange()
 {
     QAccessibleEvent event(this, QAccessible::ObjectReorder);
     QAccessible::updateAccessibility(&event);

@@ -1,4 +1,4 @@
-#include "PedalTextBox.h"
+#include "ReadOnlyTextBox.h"
 
 #include <QAccessibleWidget>
 #include <QScrollBar>
@@ -14,10 +14,10 @@ constexpr int Padding = 4;
 
 /// The accessible interface of the box. The one of QPlainTextEdit lets assistive technology change
 /// a text that is read-only.
-class AccessiblePedalTextBox : public QAccessibleWidget, public QAccessibleTextInterface
+class AccessibleReadOnlyTextBox : public QAccessibleWidget, public QAccessibleTextInterface
 {
 public:
-    explicit AccessiblePedalTextBox(PedalTextBox *box)
+    explicit AccessibleReadOnlyTextBox(ReadOnlyTextBox *box)
         : QAccessibleWidget(box, QAccessible::EditableText)
         , m_box(*box)
     {
@@ -94,18 +94,18 @@ private:
         return cursor;
     }
 
-    PedalTextBox &m_box;
+    ReadOnlyTextBox &m_box;
 };
 
 QAccessibleInterface *createAccessible(const QString & /*className*/, QObject *object)
 {
-    auto *box = qobject_cast<PedalTextBox *>(object);
-    return box == nullptr ? nullptr : new AccessiblePedalTextBox(box);
+    auto *box = qobject_cast<ReadOnlyTextBox *>(object);
+    return box == nullptr ? nullptr : new AccessibleReadOnlyTextBox(box);
 }
 
 } // namespace
 
-PedalTextBox::PedalTextBox(QWidget *parent)
+ReadOnlyTextBox::ReadOnlyTextBox(QWidget *parent)
     : QPlainTextEdit(parent)
 {
     QAccessible::installFactory(createAccessible); // further calls have no effect
@@ -121,7 +121,7 @@ PedalTextBox::PedalTextBox(QWidget *parent)
     setAutoFillBackground(true);
 }
 
-int PedalTextBox::heightForLines(int lines, int height) const
+int ReadOnlyTextBox::heightForLines(int lines, int height) const
 {
     const int around = 2 * (frameWidth() + Padding);
     const int line = cursorRect().height();
