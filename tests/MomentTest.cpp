@@ -283,7 +283,7 @@ TEST_P(MomentTest, ACommandActsOnlyOnWhatTheWindowShowsOfTheUnitThatIsThere)
             SCOPED_TRACE(::testing::PrintToString(std::pair(exchange, moment.count())));
             steps.start(5);
             start(exchange);
-            const milliseconds reading = exchange == 0 ? 400ms : 0ms;
+            const milliseconds reading(exchange == 0 ? 400 : 0);
             if (exchange == 0) {
                 QTimer::singleShot(reading, &steps, [this] { disturb(); });
             }
