@@ -214,7 +214,7 @@ void MainWindowViewController::enableCommands()
     }
     m_ui->InitialStateToolStripMenuItem->setEnabled(isConnected && !isTaskRunning());
     m_rows.enableStandardButtons(!areBusy && !DeviceDetectedChanged);
-    for (QWidget *dialog : findChildren<PedalSettingDialog *>()) {
+    for (QWidget *dialog : dialogs()) {
         dialog->setEnabled(!areBusy);
     }
     if (!areBusy) {
@@ -235,11 +235,18 @@ void MainWindowViewController::setActivity(Activity activity)
     }
 }
 
+/// The dialogs that have not been deleted yet. Only direct children are looked at, because every
+/// tick asks.
+QList<PedalSettingDialog *> MainWindowViewController::dialogs() const
+{
+    return findChildren<PedalSettingDialog *>(QString(), Qt::FindDirectChildrenOnly);
+}
+
 /// This window and its dialogs.
 QWidgetList MainWindowViewController::windows()
 {
     QWidgetList windows{this};
-    for (QWidget *dialog : findChildren<PedalSettingDialog *>()) {
+    for (QWidget *dialog : dialogs()) {
         windows << dialog;
     }
     return windows;
@@ -250,9 +257,9 @@ QWidgetList MainWindowViewController::windows()
 /// The dialog that is open, loads or waits for an answer; null when there is none.
 PedalSettingDialog *MainWindowViewController::openDialog() const
 {
-    const auto dialogs = findChildren<PedalSettingDialog *>();
-    const auto open = std::ranges::find_if_not(dialogs, &PedalSettingDialog::isDismissed);
-    return open == dialogs.end() ? nullptr : *open;
+    const auto found = dialogs();
+    const auto open = std::ranges::find_if_not(found, &PedalSettingDialog::isDismissed);
+    return open == found.end() ? nullptr : *open;
 }
 
 /// Whether the pedal's row has been read from the unit that is held. The other pedals may still be

@@ -6,6 +6,7 @@
 #include "PedalRows.h"
 #include "PressGuard.h"
 
+#include <QList>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
@@ -98,6 +99,7 @@ private:
     [[nodiscard]] bool isBusy() const;
     void enableCommands();
     void setActivity(Activity activity);
+    [[nodiscard]] QList<PedalSettingDialog *> dialogs() const;
     [[nodiscard]] QWidgetList windows();
 
     [[nodiscard]] Task nextTask() const;
